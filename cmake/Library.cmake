@@ -1,0 +1,22 @@
+# tonaro_library(NAME [INCLUDE dirs...] [LINK targets...] [USES private targets...])
+#
+# A static library of every source below the current folder. Sources are listed by pattern, so that a new file can't be
+# forgotten. INCLUDE and LINK reach whoever links the library; USES are the libraries it hides.
+function(tonaro_library name)
+  cmake_parse_arguments(arg "" "" "INCLUDE;LINK;USES" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${name} PUBLIC ${arg_INCLUDE})
+  target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:tonaro_options> ${arg_USES})
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+  tonaro_precompile(${name})
+endfunction()
+
+function(tonaro_precompile name)
+  if(TONARO_PCH)
+    target_precompile_headers(${name} PRIVATE <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory>
+      <optional> <string> <string_view> <utility> <vector>)
+  endif()
+endfunction()

@@ -1,0 +1,26 @@
+# Switches of the build and what every target compiles with.
+option(TONARO_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(TONARO_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+option(TONARO_PCH "Use a precompiled header of the standard library" ON)
+option(TONARO_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+
+# Everything that targets of this tree share; private to them, so that a program that takes the tree in is left alone.
+add_library(tonaro_options INTERFACE)
+target_compile_features(tonaro_options INTERFACE cxx_std_20)
+target_compile_options(tonaro_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -fno-strict-aliasing)
+if(TONARO_WERROR)
+  target_compile_options(tonaro_options INTERFACE -Werror)
+endif()
+if(TONARO_SANITIZE)
+  target_compile_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow
+    -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # the instrumented code makes this warning see null where none can be
+  target_compile_options(tonaro_options INTERFACE -Wno-null-dereference)
+  target_link_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
+endif()
+
+find_program(TONARO_CCACHE ccache)
+if(TONARO_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TONARO_CCACHE})
+endif()

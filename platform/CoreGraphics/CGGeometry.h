@@ -1,0 +1,64 @@
+#pragma once
+
+/// Points, sizes and rectangles in user space: y grows downward, (0, 0) is the top left.
+
+#include <algorithm>
+
+using CGFloat = double;
+
+struct CGPoint {
+    CGFloat x = 0, y = 0;
+    friend bool operator==(const CGPoint&, const CGPoint&) = default;
+};
+
+struct CGSize {
+    CGFloat width = 0, height = 0;
+    friend bool operator==(const CGSize&, const CGSize&) = default;
+};
+
+struct CGRect {
+    CGPoint origin;
+    CGSize size;
+    friend bool operator==(const CGRect&, const CGRect&) = default;
+};
+
+inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) { return {{x, y}, {width, height}}; }
+inline CGFloat CGRectGetMinX(CGRect r) { return r.origin.x; }
+inline CGFloat CGRectGetMinY(CGRect r) { return r.origin.y; }
+inline CGFloat CGRectGetMaxX(CGRect r) { return r.origin.x + r.size.width; }
+inline CGFloat CGRectGetMaxY(CGRect r) { return r.origin.y + r.size.height; }
+inline CGFloat CGRectGetMidX(CGRect r) { return r.origin.x + r.size.width / 2; }
+inline CGFloat CGRectGetMidY(CGRect r) { return r.origin.y + r.size.height / 2; }
+inline bool CGRectIsEmpty(CGRect r) { return !(r.size.width > 0 && r.size.height > 0); }
+inline CGRect CGRectOffset(CGRect r, CGFloat dx, CGFloat dy) { return {{r.origin.x + dx, r.origin.y + dy}, r.size}; }
+/// Moves each edge inward by dx or dy; negative values move it outward.
+inline CGRect CGRectInset(CGRect r, CGFloat dx, CGFloat dy)
+{
+    return CGRectMake(r.origin.x + dx, r.origin.y + dy, r.size.width - 2 * dx, r.size.height - 2 * dy);
+}
+/// What both rectangles cover; empty (all zero) where they don't meet.
+inline CGRect CGRectIntersection(CGRect a, CGRect b)
+{
+    const CGFloat x0 = std::max(a.origin.x, b.origin.x), y0 = std::max(a.origin.y, b.origin.y);
+    const CGFloat x1 = std::min(CGRectGetMaxX(a), CGRectGetMaxX(b)), y1 = std::min(CGRectGetMaxY(a), CGRectGetMaxY(b));
+    return x1 > x0 && y1 > y0 ? CGRectMake(x0, y0, x1 - x0, y1 - y0) : CGRect{};
+}
+inline bool CGRectIntersectsRect(CGRect a, CGRect b) { return !CGRectIsEmpty(CGRectIntersection(a, b)); }
+/// The smallest rectangle around both; an empty one doesn't count.
+inline CGRect CGRectUnion(CGRect a, CGRect b)
+{
+    if (CGRectIsEmpty(a)) return b;
+    if (CGRectIsEmpty(b)) return a;
+    const CGFloat x0 = std::min(a.origin.x, b.origin.x), y0 = std::min(a.origin.y, b.origin.y);
+    const CGFloat x1 = std::max(CGRectGetMaxX(a), CGRectGetMaxX(b)), y1 = std::max(CGRectGetMaxY(a), CGRectGetMaxY(b));
+    return CGRectMake(x0, y0, x1 - x0, y1 - y0);
+}
+/// Inside, the left and top edges included, the right and bottom edges not.
+inline bool CGRectContainsPoint(CGRect r, CGPoint p)
+{
+    return p.x >= r.origin.x && p.x < CGRectGetMaxX(r) && p.y >= r.origin.y && p.y < CGRectGetMaxY(r);
+}
+
+using NSPoint = CGPoint;
+using NSSize = CGSize;
+using NSRect = CGRect;
