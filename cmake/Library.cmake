@@ -5,8 +5,11 @@
 function(tonaro_library name)
   cmake_parse_arguments(arg "" "" "INCLUDE;LINK;USES" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  if(NOT sources MATCHES "[.]cpp")
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp "")
+    list(APPEND sources ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp)
+  endif()
   add_library(${name} STATIC ${sources})
-  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
   target_include_directories(${name} PUBLIC ${arg_INCLUDE})
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:tonaro_options> ${arg_USES})
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
