@@ -1,0 +1,86 @@
+#pragma once
+
+/// A rectangle of a window that draws and receives events.
+///
+/// Lengths are points; y grows downward; a view's own coordinates start at its top left. A superview retains its subviews.
+
+#include "AppKit/NSResponder.h"
+#include "CoreGraphics/CGContext.h"
+
+#include <vector>
+
+enum class NSCursorShape { arrow, text, hand };
+
+class NSView : public NSResponder {
+public:
+    static const NSClass& staticClass();
+    const NSClass& classTable() const override { return staticClass(); }
+
+    virtual bool initWithFrame(NSRect frame);
+    /// Reads frame, hidden, toolTip; the loader adds subviews and connections afterwards.
+    bool initWithCoder(NSCoder& coder) override;
+
+    NSRect frame() const { return mFrame; }
+    NSRect bounds() const { return {{0, 0}, mFrame.size}; }
+    virtual void setFrame(NSRect frame);
+    NSView* superview() const { return mSuperview; }
+    NSWindow* window() const { return mWindow; }
+    const std::vector<RetainPtr<NSView>>& subviews() const { return mSubviews; }
+    void addSubview(NSView* view); ///< on top of the others
+    void removeFromSuperview();    ///< ends tracking and editing inside first
+    bool isDescendantOf(const NSView* view) const; ///< itself included
+
+    bool isHidden() const { return mHidden; }
+    void setHidden(bool hidden);
+    bool isHiddenOrHasHiddenAncestor() const;
+    const NSString* toolTip() const { return mToolTip; }
+    void setToolTip(const NSString* toolTip) { mToolTip = RetainPtr<const NSString>(toolTip); }
+    NSMenu* menu() const;
+    void setMenu(NSMenu* menu);
+    /// The context menu for an event; the view's menu by default.
+    virtual NSMenu* menuForEvent(NSEvent& event);
+
+    NSPoint convertPointToWindow(NSPoint point) const;
+    NSPoint convertPointFromWindow(NSPoint point) const;
+    NSRect convertRectToWindow(NSRect rect) const;
+    /// The deepest visible view at `point` (this view's coordinates); null outside.
+    virtual NSView* hitTest(NSPoint point);
+
+    void setNeedsDisplay();
+    void setNeedsDisplayInRect(NSRect rect);
+    /// Draws into the current graphics context, clipped to the view; `dirty` lies within the bounds.
+    virtual void drawRect(NSRect dirty);
+    /// Where the focus ring of this view goes, in its own coordinates; may reach outside. Empty for none.
+    virtual NSRect focusRingBounds() const { return {}; }
+    /// Draws the ring around focusRingBounds(); called after all views have drawn.
+    virtual void drawFocusRing();
+
+    virtual bool canBecomeKeyView() const; ///< accepts first responder, is visible, and in a window
+    virtual NSCursorShape cursorAtPoint(NSPoint) const { return NSCursorShape::arrow; }
+
+    virtual void viewWillMoveToWindow(NSWindow*) {}
+    virtual void viewDidMoveToWindow() {}
+    /// The window ended the tracking that `NSWindow::beginTracking` started for this view: by the release of the button
+    /// (`byRelease`), or by a lost grab, a hidden view, a view leaving its window, a closing window. Comes exactly once.
+    virtual void trackingDidEnd(bool byRelease);
+
+    NSResponder* nextResponder() const override;
+
+    NSView();
+    ~NSView() override;
+
+protected:
+    void dealloc() override;
+
+private:
+    friend class NSWindow;
+    void moveToWindow(NSWindow* window);
+
+    NSRect mFrame;
+    NSView* mSuperview = nullptr;
+    NSWindow* mWindow = nullptr;
+    std::vector<RetainPtr<NSView>> mSubviews;
+    bool mHidden = false;
+    RetainPtr<const NSString> mToolTip;
+    RetainPtr<NSObject> mMenu;
+};
