@@ -1,0 +1,229 @@
+#include "CoreFoundation/CFRunLoopPrivate.h"
+
+#include "Foundation/NSAutoreleasePool.h"
+
+#include <algorithm>
+#include <limits>
+
+const CFRunLoopMode kCFRunLoopDefaultMode = "kCFRunLoopDefaultMode";
+const CFRunLoopMode kCFRunLoopCommonModes = "kCFRunLoopCommonModes";
+
+namespace {
+
+constexpr CFAbsoluteTime kNever = std::numeric_limits<CFAbsoluteTime>::infinity();
+
+// Trivial, so that it can still be read while the thread's other objects are being destroyed.
+thread_local bool gThreadEnded = false;
+
+struct ThreadLoop {
+    RetainPtr<CFRunLoop> loop = make<CFRunLoop>();
+    ~ThreadLoop()
+    {
+        gThreadEnded = true;
+        loop->close();
+    }
+};
+
+template <typename T> void Append(std::vector<RetainPtr<T>>& list, T* object, CFRunLoop* loop)
+{
+    if (!object->callback || object->loop) return;
+    list.emplace_back(object);
+    object->loop = loop;
+}
+
+template <typename T> void Remove(std::vector<RetainPtr<T>>& list, T* object)
+{
+    const RetainPtr<T> keep(object);
+    object->loop = nullptr;
+    std::erase_if(list, [object](const auto& entry) { return entry.get() == object; });
+}
+
+template <typename T> void RemoveAll(std::vector<RetainPtr<T>>& list)
+{
+    const auto dropped = std::exchange(list, {});
+    for (const auto& object : dropped) object->loop = nullptr;
+}
+
+} // namespace
+
+CFRunLoopRunResult CFRunLoop::run(CFTimeInterval seconds, bool returnAfterSourceHandled)
+{
+    const RetainPtr<CFRunLoop> keep(this);
+    CFAbsoluteTime waitUntil = CFAbsoluteTimeGetCurrent(); // the first turn doesn't wait
+    const CFAbsoluteTime end = waitUntil + (seconds > 0.0 ? seconds : 0.0);
+    for (;;) {
+        const bool handled = turn(waitUntil);
+        if (mailbox.takeStop()) return kCFRunLoopRunStopped;
+        if (handled && returnAfterSourceHandled) return kCFRunLoopRunHandledSource;
+        if (hasNothingToWaitFor()) return kCFRunLoopRunFinished;
+        if (CFAbsoluteTimeGetCurrent() >= end) return kCFRunLoopRunTimedOut;
+        waitUntil = std::min(end, nextFireTime());
+    }
+}
+
+bool CFRunLoop::turn(CFAbsoluteTime waitUntil)
+{
+    const NSAutoreleasePool pool;
+    bool handled = callDescriptors(waitForDescriptors(waitUntil));
+    handled |= runBlocks();
+    handled |= fireTimers();
+    callObservers();
+    return handled;
+}
+
+CFRunLoop::Descriptors CFRunLoop::waitForDescriptors(CFAbsoluteTime until)
+{
+    std::vector<pollfd> polled{{mailbox.descriptor(), POLLIN, 0}};
+    for (const auto& entry : mDescriptors) polled.push_back({entry->descriptor, POLLIN, 0});
+    if (CFPollUntil(polled, until) == 0) return {};
+
+    if (polled.front().revents) mailbox.clearWakeUp();
+    Descriptors ready;
+    Descriptors closed;
+    for (std::size_t i = 1; i < polled.size(); ++i) {
+        if (polled[i].revents & POLLNVAL)
+            closed.push_back(mDescriptors[i - 1]);
+        else if (polled[i].revents)
+            ready.push_back(mDescriptors[i - 1]);
+    }
+    for (const auto& entry : closed) entry->invalidate();
+    return ready;
+}
+
+bool CFRunLoop::callDescriptors(const Descriptors& ready)
+{
+    bool handled = false;
+    for (const auto& entry : ready) {
+        if (entry->loop != this) continue;
+        const CFCallback callback = entry->callback;
+        (*callback)();
+        handled = true;
+    }
+    return handled;
+}
+
+bool CFRunLoop::runBlocks()
+{
+    const std::size_t count = mailbox.count(); // those that a block adds wait for the next turn
+    std::size_t done = 0;
+    for (std::function<void()> block; done < count && mailbox.takeBlock(block); ++done) block();
+    return done > 0;
+}
+
+bool CFRunLoop::fireTimers()
+{
+    const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
+    std::vector<RetainPtr<CFRunLoopTimer>> due;
+    std::copy_if(mTimers.begin(), mTimers.end(), std::back_inserter(due),
+                 [now](const auto& timer) { return timer->isDue(now); });
+    std::stable_sort(due.begin(), due.end(), [](const auto& a, const auto& b) { return a->fireTime < b->fireTime; });
+    bool handled = false;
+    for (const auto& timer : due) {
+        if (timer->loop != this || !timer->isDue(now)) continue;
+        timer->fire(now);
+        handled = true;
+    }
+    return handled;
+}
+
+void CFRunLoop::callObservers()
+{
+    const std::vector<Observer> observers = mObservers;
+    for (const Observer& observer : observers) {
+        const bool isThere = std::any_of(mObservers.begin(), mObservers.end(),
+                                         [&](const Observer& entry) { return entry.id == observer.id; });
+        if (isThere) (*observer.callback)();
+    }
+}
+
+bool CFRunLoop::hasNothingToWaitFor() { return mTimers.empty() && mDescriptors.empty() && mailbox.count() == 0; }
+
+CFAbsoluteTime CFRunLoop::nextFireTime() const
+{
+    CFAbsoluteTime next = kNever;
+    for (const auto& timer : mTimers)
+        if (!timer->firing) next = std::min(next, timer->fireTime);
+    return next;
+}
+
+void CFRunLoop::close()
+{
+    mClosed = true;
+    RemoveAll(mTimers);
+    RemoveAll(mDescriptors);
+    std::exchange(mObservers, {}).clear();
+    mailbox.close();
+}
+
+void CFRunLoop::add(CFRunLoopTimer* timer)
+{
+    if (!mClosed) Append(mTimers, timer, this);
+}
+
+void CFRunLoop::add(CFFileDescriptor* descriptor)
+{
+    if (!mClosed && descriptor->descriptor >= 0) Append(mDescriptors, descriptor, this);
+}
+
+void CFRunLoop::remove(CFRunLoopTimer* timer) { Remove(mTimers, timer); }
+
+void CFRunLoop::remove(CFFileDescriptor* descriptor) { Remove(mDescriptors, descriptor); }
+
+std::uint64_t CFRunLoop::addObserver(std::function<void()> observer)
+{
+    mObservers.push_back({++mLastObserver, std::make_shared<const std::function<void()>>(std::move(observer))});
+    return mLastObserver;
+}
+
+void CFRunLoop::removeObserver(std::uint64_t observer)
+{
+    CFCallback removed; // ends after the list is whole again
+    std::erase_if(mObservers, [&](Observer& entry) {
+        if (entry.id != observer) return false;
+        removed = std::move(entry.callback);
+        return true;
+    });
+}
+
+CFRunLoopRef CFRunLoopGetCurrent()
+{
+    if (gThreadEnded) return nullptr;
+    static thread_local const ThreadLoop current;
+    return current.loop.get();
+}
+
+void CFRunLoopRun()
+{
+    if (CFRunLoop* loop = CFRunLoopGetCurrent()) loop->run(kNever, false);
+}
+
+CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode, CFTimeInterval seconds, bool returnAfterSourceHandled)
+{
+    CFRunLoop* loop = CFRunLoopGetCurrent();
+    return loop ? loop->run(seconds, returnAfterSourceHandled) : kCFRunLoopRunFinished;
+}
+
+void CFRunLoopStop(CFRunLoopRef loop)
+{
+    if (loop) loop->mailbox.stop();
+}
+
+void CFRunLoopWakeUp(CFRunLoopRef loop)
+{
+    if (loop) loop->mailbox.wakeUp();
+}
+
+void CFRunLoopPerformBlock(CFRunLoopRef loop, CFRunLoopMode, std::function<void()> block)
+{
+    if (loop && block) loop->mailbox.perform(std::move(block));
+}
+
+std::uint64_t CFRunLoopAddBeforeWaiting(CFRunLoopRef loop, std::function<void()> observer)
+{
+    return loop && observer ? loop->addObserver(std::move(observer)) : 0;
+}
+
+void CFRunLoopRemoveBeforeWaiting(CFRunLoopRef loop, std::uint64_t observer)
+{
+    if (loop) loop->removeObserver(observer);
+}

@@ -1,0 +1,67 @@
+#include "CoreFoundation/CFRunLoopPrivate.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+CFRunLoopMailbox::CFRunLoopMailbox() : mEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+{
+    if (mEvent < 0) throw std::system_error(errno, std::generic_category(), "wake-up descriptor of a run loop");
+}
+
+CFRunLoopMailbox::~CFRunLoopMailbox() { ::close(mEvent); }
+
+void CFRunLoopMailbox::perform(std::function<void()> block)
+{
+    {
+        const std::lock_guard lock(mMutex);
+        if (mClosed) return;
+        mBlocks.push_back(std::move(block));
+    }
+    wakeUp();
+}
+
+void CFRunLoopMailbox::stop()
+{
+    mStopped = true;
+    wakeUp();
+}
+
+void CFRunLoopMailbox::wakeUp()
+{
+    // fails only where the counter is full, and then the loop wakes anyway
+    while (eventfd_write(mEvent, 1) < 0 && errno == EINTR) {
+    }
+}
+
+void CFRunLoopMailbox::clearWakeUp()
+{
+    eventfd_t count = 0;
+    while (eventfd_read(mEvent, &count) < 0 && errno == EINTR) {
+    }
+}
+
+std::size_t CFRunLoopMailbox::count()
+{
+    const std::lock_guard lock(mMutex);
+    return mBlocks.size();
+}
+
+bool CFRunLoopMailbox::takeBlock(std::function<void()>& block)
+{
+    const std::lock_guard lock(mMutex);
+    if (mBlocks.empty()) return false;
+    block = std::move(mBlocks.front());
+    mBlocks.pop_front();
+    return true;
+}
+
+void CFRunLoopMailbox::close()
+{
+    std::deque<std::function<void()>> dropped; // ends outside the lock: what the blocks hold may post again
+    const std::lock_guard lock(mMutex);
+    mClosed = true;
+    mBlocks.swap(dropped);
+}

@@ -1,0 +1,96 @@
+#include "CoreFoundation/CFRunLoopPrivate.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr CFAbsoluteTime kNever = std::numeric_limits<CFAbsoluteTime>::infinity();
+
+CFAbsoluteTime DateOrNever(CFAbsoluteTime date) { return std::isnan(date) ? kNever : date; }
+
+CFCallback SharedCallback(std::function<void()> callback)
+{
+    return callback ? std::make_shared<const std::function<void()>>(std::move(callback)) : nullptr;
+}
+
+} // namespace
+
+void CFRunLoopTimer::fire(CFAbsoluteTime now)
+{
+    struct Firing {
+        CFRunLoopTimer& timer;
+        ~Firing()
+        {
+            timer.firing = false;
+            if (timer.interval == 0.0 && timer.fireTime == kNever) timer.invalidate();
+        }
+    };
+    const CFCallback called = callback;
+    const Firing firingNow{*this};
+    firing = true;
+    fireTime = dateAfter(now);
+    (*called)();
+}
+
+CFAbsoluteTime CFRunLoopTimer::dateAfter(CFAbsoluteTime now) const
+{
+    if (interval == 0.0 || std::isinf(interval)) return kNever;
+    const CFAbsoluteTime inPhase = fireTime + interval * (std::floor((now - fireTime) / interval) + 1.0);
+    return std::isfinite(inPhase) && inPhase > now ? inPhase : now + interval;
+}
+
+void CFRunLoopTimer::invalidate()
+{
+    const CFCallback dropped = std::exchange(callback, nullptr);
+    if (loop) loop->remove(this);
+}
+
+void CFFileDescriptor::invalidate()
+{
+    const CFCallback dropped = std::exchange(callback, nullptr);
+    if (loop) loop->remove(this);
+}
+
+RetainPtr<CFRunLoopTimer> CFRunLoopTimerCreate(CFAbsoluteTime fireTime, CFTimeInterval interval,
+                                               std::function<void()> callback)
+{
+    auto timer = make<CFRunLoopTimer>();
+    timer->fireTime = DateOrNever(fireTime);
+    timer->interval = interval > 0.0 ? interval : 0.0;
+    timer->callback = SharedCallback(std::move(callback));
+    return timer;
+}
+
+void CFRunLoopAddTimer(CFRunLoopRef loop, CFRunLoopTimerRef timer, CFRunLoopMode)
+{
+    if (loop && timer) loop->add(timer);
+}
+
+void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer)
+{
+    if (timer) timer->invalidate();
+}
+
+void CFRunLoopTimerSetNextFireDate(CFRunLoopTimerRef timer, CFAbsoluteTime fireTime)
+{
+    if (timer) timer->fireTime = DateOrNever(fireTime);
+}
+
+RetainPtr<CFFileDescriptor> CFFileDescriptorCreate(int descriptor, std::function<void()> callback)
+{
+    auto source = make<CFFileDescriptor>();
+    source->descriptor = descriptor;
+    source->callback = SharedCallback(std::move(callback));
+    return source;
+}
+
+void CFRunLoopAddFileDescriptor(CFRunLoopRef loop, CFFileDescriptorRef descriptor, CFRunLoopMode)
+{
+    if (loop && descriptor) loop->add(descriptor);
+}
+
+void CFFileDescriptorInvalidate(CFFileDescriptorRef descriptor)
+{
+    if (descriptor) descriptor->invalidate();
+}
