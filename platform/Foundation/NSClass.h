@@ -9,8 +9,8 @@
 ///         .key("smallStep", &ZeSlider::smallStep, &ZeSlider::setSmallStep)
 ///     NS_CLASS_TABLE_END
 ///
-/// The text is the identifier of the bundle that holds the class's resources ("" for none). The table is made on first use
-/// and registered under the class's name when the program starts.
+/// The text is the identifier of the bundle that holds the class's resources ("" for none). The table is made on first
+/// use and registered under the class's name when the program starts.
 
 #include "Foundation/NSNumber.h"
 #include "Foundation/NSObject.h"
@@ -59,8 +59,7 @@ void NSRegisterClass(const NSClass& table);
 ///     Outlet<NSSlider> slider;
 ///     slider.call(&NSSlider::setMinValue, 0.0);          // nothing happens
 ///     double v = slider.call(&NSSlider::doubleValue);    // 0
-template <typename T>
-class Outlet {
+template <typename T> class Outlet {
 public:
     Outlet() = default;
     Outlet& operator=(T* object)
@@ -75,8 +74,7 @@ public:
     /// The owned reference, moved out; the outlet is empty afterwards.
     RetainPtr<T> take() { return std::move(mObject); }
 
-    template <typename Member, typename... Arguments>
-    auto call(Member member, Arguments&&... arguments) const
+    template <typename Member, typename... Arguments> auto call(Member member, Arguments&&... arguments) const
     {
         using Result = std::decay_t<std::invoke_result_t<Member, T&, Arguments...>>;
         if constexpr (std::is_void_v<Result>) {
@@ -91,8 +89,7 @@ private:
 };
 
 /// Builds a class table; see the example at the top.
-template <typename T>
-class NSClassBuilder {
+template <typename T> class NSClassBuilder {
 public:
     NSClassBuilder(const char* name, const NSClass* superclass, const char* bundleIdentifier)
     {
@@ -114,30 +111,26 @@ public:
         return std::move(*this);
     }
 
-    template <typename Value>
-    NSClassBuilder&& outlet(const char* name, Outlet<Value> T::*member) &&
+    template <typename Value> NSClassBuilder&& outlet(const char* name, Outlet<Value> T::*member) &&
     {
-        mTable.outlets.push_back({name, Value::staticClass().name,
-                                  [member](NSObject* owner, NSObject* value) {
-                                      auto* typed = dynamic_cast<Value*>(value);
-                                      if (typed) static_cast<T*>(owner)->*member = typed;
-                                      return typed != nullptr;
-                                  },
-                                  [member](const NSObject* owner) {
-                                      return bool(static_cast<const T*>(owner)->*member);
-                                  }});
+        mTable.outlets.push_back(
+            {name, Value::staticClass().name,
+             [member](NSObject* owner, NSObject* value) {
+                 auto* typed = dynamic_cast<Value*>(value);
+                 if (typed) static_cast<T*>(owner)->*member = typed;
+                 return typed != nullptr;
+             },
+             [member](const NSObject* owner) { return bool(static_cast<const T*>(owner)->*member); }});
         return std::move(*this);
     }
 
     /// A property: numbers are boxed as NSNumber, objects pass as they are. A null number reads as 0.
-    template <typename Getter, typename Setter>
-    NSClassBuilder&& key(const char* name, Getter getter, Setter setter) &&
+    template <typename Getter, typename Setter> NSClassBuilder&& key(const char* name, Getter getter, Setter setter) &&
     {
         mTable.keys.push_back({name, getterOf(getter), setterOf(setter)});
         return std::move(*this);
     }
-    template <typename Getter>
-    NSClassBuilder&& key(const char* name, Getter getter) &&
+    template <typename Getter> NSClassBuilder&& key(const char* name, Getter getter) &&
     {
         mTable.keys.push_back({name, getterOf(getter), {}});
         return std::move(*this);
@@ -146,15 +139,13 @@ public:
     NSClass end() && { return std::move(mTable); }
 
 private:
-    template <typename Getter>
-    static auto getterOf(Getter getter)
+    template <typename Getter> static auto getterOf(Getter getter)
     {
         return [getter](const NSObject* self) -> RetainPtr<NSObject> {
             return NSBox(std::invoke(getter, *static_cast<const T*>(self)));
         };
     }
-    template <typename Base, typename Value>
-    static auto setterOf(void (Base::*setter)(Value))
+    template <typename Base, typename Value> static auto setterOf(void (Base::*setter)(Value))
     {
         return [setter](NSObject* self, NSObject* value) {
             (static_cast<T*>(self)->*setter)(NSUnbox<std::decay_t<Value>>(value));
@@ -171,8 +162,7 @@ struct NSClassRegistration {
 #define NS_CLASS(Class)                                                                                                \
     static const NSClass& staticClass();                                                                               \
     const NSClass& classTable() const override { return staticClass(); }                                               \
-    template <typename>                                                                                                \
-    friend class NSClassBuilder;
+    template <typename> friend class NSClassBuilder;
 
 #define NS_CLASS_TABLE(Class, Super, Bundle)                                                                           \
     static const NSClassRegistration k##Class##Registration{Class::staticClass()};                                     \

@@ -56,8 +56,8 @@ public:
     static RetainPtr<NSNumber> numberWithFloat(float value);
     static RetainPtr<NSNumber> numberWithDouble(double value);
 
-    // Reading as another type. A float becomes an integer by truncation toward zero to 64 bits, saturating, not-a-number
-    // as 0; a narrower integer keeps the low bits.
+    // Reading as another type. A float becomes an integer by truncation toward zero to 64 bits, saturating,
+    // not-a-number as 0; a narrower integer keeps the low bits.
     bool boolValue() const;
     std::int32_t intValue() const;
     std::uint32_t unsignedIntValue() const;
@@ -67,7 +67,7 @@ public:
     double doubleValue() const;
     /// The shortest text that reads back as the same number: "440", "-0.5", "inf".
     RetainPtr<NSString> stringValue() const;
-    RetainPtr<NSString> description() const override { return stringValue(); }
+    RetainPtr<NSString> description() const override;
 
     const char* objCType() const override;
     void getValue(void* buffer) const override;
@@ -85,7 +85,11 @@ private:
 std::int64_t NSTruncate(double value);
 
 // Boxing for key-value coding.
-inline RetainPtr<NSObject> NSBox(bool value) { return NSNumber::numberWithBool(value); }
+template <std::same_as<bool> Truth> // a template, so that no pointer turns into a truth value
+RetainPtr<NSObject> NSBox(Truth value)
+{
+    return NSNumber::numberWithBool(value);
+}
 inline RetainPtr<NSObject> NSBox(std::int32_t value) { return NSNumber::numberWithInt(value); }
 inline RetainPtr<NSObject> NSBox(std::uint32_t value) { return NSNumber::numberWithUnsignedInt(value); }
 inline RetainPtr<NSObject> NSBox(std::int64_t value) { return NSNumber::numberWithLongLong(value); }
@@ -93,23 +97,22 @@ inline RetainPtr<NSObject> NSBox(std::uint64_t value) { return NSNumber::numberW
 inline RetainPtr<NSObject> NSBox(float value) { return NSNumber::numberWithFloat(value); }
 inline RetainPtr<NSObject> NSBox(double value) { return NSNumber::numberWithDouble(value); }
 inline RetainPtr<NSObject> NSBox(NSObject* value) { return value; }
-template <typename T>
-RetainPtr<NSObject> NSBox(const RetainPtr<T>& value)
-{
-    return value;
-}
+template <typename T> RetainPtr<NSObject> NSBox(const RetainPtr<T>& value) { return value; }
 
-/// The number an object stands for, converted to `T`; 0 for null and for objects that are no numbers. Pointers are cast.
-template <typename T>
-T NSUnbox(NSObject* value)
+/// The number an object stands for, converted to `T`; 0 for null and for objects that are no numbers. Pointers are
+/// cast.
+template <typename T> T NSUnbox(NSObject* value)
 {
     if constexpr (std::is_pointer_v<T>) {
         return dynamic_cast<T>(value);
     } else {
         const auto* number = dynamic_cast<const NSNumber*>(value);
         if (!number) return T{};
-        if constexpr (std::same_as<T, bool>) return number->boolValue();
-        else if constexpr (std::floating_point<T>) return static_cast<T>(number->doubleValue());
-        else return static_cast<T>(number->longLongValue());
+        if constexpr (std::same_as<T, bool>)
+            return number->boolValue();
+        else if constexpr (std::floating_point<T>)
+            return static_cast<T>(number->doubleValue());
+        else
+            return static_cast<T>(number->longLongValue());
     }
 }

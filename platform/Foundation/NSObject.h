@@ -2,8 +2,8 @@
 
 /// The root of all objects: reference count, class table, key-value coding and observation.
 ///
-/// Failure: a selector, key or class name that doesn't exist raises an `NSException` that names it. Messages to null are the
-/// caller's to skip; `Outlet<T>` does it for references that may stay empty.
+/// Failure: a selector, key or class name that doesn't exist raises an `NSException` that names it. Messages to null
+/// are the caller's to skip; `Outlet<T>` does it for references that may stay empty.
 
 #include "Foundation/RetainPtr.h"
 
@@ -41,18 +41,15 @@ public:
     /// What a person reads of the object in a log: "<NSView 0x55...>" unless the class says more.
     virtual RetainPtr<NSString> description() const;
 
-    template <typename T>
-    bool isKindOfClass() const
-    {
-        return dynamic_cast<const T*>(this) != nullptr;
-    }
+    template <typename T> bool isKindOfClass() const { return dynamic_cast<const T*>(this) != nullptr; }
 
     /// Whether the class table, or that of a base, has an action of this name.
     bool respondsToSelector(SEL selector) const;
     /// Calls the action of this name with `argument`. Raises NSInvalidArgumentException for an unknown name.
     void performSelector(SEL selector, NSObject* argument);
 
-    // Key-value coding. The defaults use the class table; a dictionary overrides both and takes every key, dots included.
+    // Key-value coding. The defaults use the class table; a dictionary overrides both and takes every key, dots
+    // included.
     virtual void setValue(NSObject* value, const NSString* key);
     virtual RetainPtr<NSObject> valueForKey(const NSString* key) const;
     void setValueForKeyPath(NSObject* value, const NSString* keyPath);
@@ -66,29 +63,33 @@ public:
     /// Sent to observers after `didChangeValueForKey`; the new value is read with `valueForKeyPath`.
     virtual void observeValueForKeyPath(const NSString* keyPath, NSObject* object, void* context);
 
+    // Bindings; see NSKeyValueBinding.h.
+    void bind(const char* binding, NSObject* observable, const NSString* keyPath);
+    void bindWithInfo(const char* binding, NSDictionary* info);
+    void unbind(const char* binding);
+    /// What `binding` is bound to; null when it isn't. The answer lives as long as the innermost autorelease pool.
+    NSDictionary* infoForBinding(const char* binding) const;
+    /// Receives the bound value, once at binding and then at each change. The default sets the key named as the
+    /// binding.
+    virtual void setValueForBinding(NSObject* value, const char* binding);
+
 protected:
     NSObject() = default;
     virtual ~NSObject();
 
-    /// Lets go of what the object created, then calls the base's. Runs once, on the whole object, before the destructor.
+    /// Lets go of what the object created, then calls the base's. Runs once, on the whole object, before the
+    /// destructor.
     virtual void dealloc() {}
 
 private:
     friend void NSReference::retain(NSObject*);
     friend void NSReference::release(NSObject*);
+    friend struct NSObjectTables;
 
     std::uint32_t mReferences = 1;
-    bool mObserved = false;
+    bool mInTables = false; ///< some table of observers or bindings names this object
 };
 
 /// What `dynamic_cast` says, null for null: `asKind<NSNumber>(value)`.
-template <typename T>
-T* asKind(NSObject* object)
-{
-    return dynamic_cast<T*>(object);
-}
-template <typename T>
-const T* asKind(const NSObject* object)
-{
-    return dynamic_cast<const T*>(object);
-}
+template <typename T> T* asKind(NSObject* object) { return dynamic_cast<T*>(object); }
+template <typename T> const T* asKind(const NSObject* object) { return dynamic_cast<const T*>(object); }

@@ -35,8 +35,8 @@ public:
     unichar characterAtIndex(std::size_t index) const { return mUnits.at(index); }
     const std::u16string& units() const { return mUnits; }
     std::string utf8() const; ///< an unpaired surrogate becomes U+FFFD
-    /// The text in another encoding with its terminator (one zero byte, four for UTF-32): one 32-bit element a code point.
-    /// Empty when the text has a character that the encoding lacks; an unpaired surrogate is one UTF-32 element.
+    /// The text in another encoding with its terminator (one zero byte, four for UTF-32): one 32-bit element a code
+    /// point. Empty when the text has a character that the encoding lacks; an unpaired surrogate is one UTF-32 element.
     std::string cStringUsingEncoding(NSStringEncoding encoding) const;
 
     bool isEqualToString(const NSString* other) const;

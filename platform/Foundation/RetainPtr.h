@@ -5,8 +5,8 @@
 /// An object counts its references itself. `RetainPtr<T>` owns one of them; a plain pointer never owns. Nothing here is
 /// safe to share between threads: objects belong to the thread of the user interface.
 ///
-/// Failure: letting go of the last reference runs the object's `dealloc()`, which may throw. Assignment and `reset()` pass
-/// that exception on; the destructor, which can't, writes it to the log.
+/// Failure: letting go of the last reference runs the object's `dealloc()`, which may throw. Assignment and `reset()`
+/// pass that exception on; the destructor, which can't, writes it to the log.
 ///
 /// Example: `RetainPtr<NSView> view = make<NSView>(NSRect{{0, 0}, {100, 20}});`
 
@@ -17,13 +17,12 @@
 class NSObject;
 
 namespace NSReference {
-void retain(NSObject* object);           ///< one more reference; null is allowed
-void release(NSObject* object);          ///< one less; may throw what the object's dealloc() throws
+void retain(NSObject* object);  ///< one more reference; null is allowed
+void release(NSObject* object); ///< one less; may throw what the object's dealloc() throws
 void releaseNoThrow(NSObject* object) noexcept;
 } // namespace NSReference
 
-template <typename T>
-class RetainPtr {
+template <typename T> class RetainPtr {
 public:
     RetainPtr() = default;
     RetainPtr(std::nullptr_t) {}
@@ -32,15 +31,10 @@ public:
     RetainPtr(const RetainPtr& other) : RetainPtr(other.mObject) {}
     RetainPtr(RetainPtr&& other) noexcept : mObject(other.leak()) {}
     template <typename U>
-        requires std::is_convertible_v<U*, T*>
-    RetainPtr(const RetainPtr<U>& other) : RetainPtr(other.get())
-    {
-    }
+    requires std::is_convertible_v<U*, T*> RetainPtr(const RetainPtr<U>& other) : RetainPtr(other.get()) {}
     template <typename U>
-        requires std::is_convertible_v<U*, T*>
-    RetainPtr(RetainPtr<U>&& other) noexcept : mObject(other.leak())
-    {
-    }
+    requires std::is_convertible_v<U*, T*> RetainPtr(RetainPtr<U>&& other)
+    noexcept : mObject(other.leak()) {}
     ~RetainPtr() { NSReference::releaseNoThrow(mObject); }
 
     RetainPtr& operator=(RetainPtr other)
@@ -90,14 +84,10 @@ RetainPtr<T> make(bool (Base::*initialiser)(Parameters...), Arguments&&... argum
 }
 
 /// Makes an object with `init()`, or with `initWithFrame(frame)` where a frame is given.
-template <typename T>
-RetainPtr<T> make()
-{
-    return make<T>(&T::init);
-}
+template <typename T> RetainPtr<T> make() { return make<T>(&T::init); }
 
 template <typename T, typename Frame>
-    requires requires(T& object, const Frame& frame) { object.initWithFrame(frame); }
+requires requires(T& object, const Frame& frame) { object.initWithFrame(frame); }
 RetainPtr<T> make(const Frame& frame)
 {
     auto object = RetainPtr<T>::adopt(new T);

@@ -1,0 +1,3 @@
+#include "Foundation/NSObjectTables.h"
+void NSForgetBindings(NSObject*) {}
+void NSForgetNotifications(NSObject*) {}
