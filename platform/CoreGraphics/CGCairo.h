@@ -1,0 +1,97 @@
+#pragma once
+
+/// What the sources of this folder share: holders for Cairo's objects, and what the public classes hide.
+///
+/// Cairo's 32-bit pixels are B, G, R, A in memory. Ours are R, G, B, A: red and blue change places where a colour
+/// enters (plain sources, stops of gradients), and everything in between works on bytes without knowing which is which.
+
+#include "CoreGraphics/CGContext.h"
+
+#include <cairo.h>
+
+#include <bit>
+#include <memory>
+#include <vector>
+
+static_assert(std::endian::native == std::endian::little, "the exchange of red and blue relies on the order of bytes");
+
+template <auto Release> struct Releaser {
+    void operator()(auto* object) const { Release(object); }
+};
+using CairoSurface = std::unique_ptr<cairo_surface_t, Releaser<cairo_surface_destroy>>;
+using CairoContext = std::unique_ptr<cairo_t, Releaser<cairo_destroy>>;
+using CairoPattern = std::unique_ptr<cairo_pattern_t, Releaser<cairo_pattern_destroy>>;
+
+constexpr std::size_t kCGMaxSide = 32767; ///< Cairo's limit
+
+/// A reference to an object given as a Ref: colours, images and gradients never change, only their counts do.
+template <typename T> RetainPtr<T> CGRetained(const T* object) { return RetainPtr<T>(const_cast<T*>(object)); }
+
+struct CGImage::Contents {
+    Contents(std::size_t imageWidth, std::size_t imageHeight, std::vector<std::uint8_t> bytes);
+
+    std::size_t width, height;
+    std::vector<std::uint8_t> pixels;
+    CairoSurface surface; ///< over `pixels`
+};
+
+struct CGColor::Contents {
+    std::array<CGFloat, 4> components{};
+    RetainPtr<CGImage> pattern; ///< null for a plain colour
+    CGFloat patternScale = 1;   ///< image pixels a point
+};
+
+struct CGGradient::Contents {
+    struct Stop {
+        CGFloat location;
+        std::array<CGFloat, 4> components;
+    };
+    std::vector<Stop> stops;
+};
+
+/// The current path in device space.
+struct CGPathElement {
+    enum Kind { MoveTo, LineTo, CurveTo, Close } kind;
+    std::array<CGPoint, 3> points{}; ///< one for MoveTo and LineTo, three for CurveTo: the controls, then the end
+};
+using CGPathElements = std::vector<CGPathElement>;
+
+struct CGContext::State {
+    /// What Cairo doesn't keep itself. The transformation is ours since Cairo gives up on one that has no inverse.
+    struct GState {
+        CGAffineTransform ctm;
+        RetainPtr<CGColor> fill, stroke;
+        CGFloat alpha = 1;
+        CGFloat lineWidth = 1;
+        CGSize patternPhase;
+    };
+
+    CairoSurface surface;
+    CairoContext cairo;
+    GState current;
+    std::vector<GState> saved;
+    CGPathElements path;
+};
+
+/// Saves Cairo's state and sets the context's transformation for one drawing; tells whether there is anything to draw
+/// with.
+class CGDrawing {
+public:
+    explicit CGDrawing(CGContextRef context);
+    ~CGDrawing();
+    CGDrawing(const CGDrawing&) = delete;
+    CGDrawing& operator=(const CGDrawing&) = delete;
+
+    explicit operator bool() const { return mCairo != nullptr; }
+    cairo_t* cairo() const { return mCairo; }
+
+private:
+    cairo_t* mCairo = nullptr;
+};
+
+CGFloat CGUnitValue(CGFloat value); ///< 0 to 1; 0 for not-a-number
+bool CGIsFinite(CGRect rect);
+/// Elements of a rectangle of user space, ready for `CGReplay`.
+CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect);
+/// Makes `elements` Cairo's path; they are in device space whatever the transformation says.
+void CGReplay(cairo_t* cairo, const CGPathElements& elements);

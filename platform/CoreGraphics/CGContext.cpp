@@ -1,0 +1,144 @@
+#include "CoreGraphics/CGCairo.h"
+
+#include <cmath>
+
+namespace {
+
+/// The transformation that applies `inner` first.
+CGAffineTransform concatenated(const CGAffineTransform& outer, const CGAffineTransform& inner)
+{
+    return {outer.a * inner.a + outer.c * inner.b,
+            outer.b * inner.a + outer.d * inner.b,
+            outer.a * inner.c + outer.c * inner.d,
+            outer.b * inner.c + outer.d * inner.d,
+            outer.a * inner.tx + outer.c * inner.ty + outer.tx,
+            outer.b * inner.tx + outer.d * inner.ty + outer.ty};
+}
+
+bool isFinite(const CGAffineTransform& t)
+{
+    return std::isfinite(t.a) && std::isfinite(t.b) && std::isfinite(t.c) && std::isfinite(t.d) &&
+           std::isfinite(t.tx) && std::isfinite(t.ty);
+}
+
+void concatenate(CGContextRef context, const CGAffineTransform& inner)
+{
+    if (!context) return;
+    const CGAffineTransform both = concatenated(context->state().current.ctm, inner);
+    if (isFinite(both)) context->state().current.ctm = both;
+}
+
+} // namespace
+
+CGContext::CGContext(std::unique_ptr<State> state) : mState(std::move(state)) {}
+CGContext::~CGContext() = default;
+
+RetainPtr<CGContext> CGBitmapContextCreate(std::size_t width, std::size_t height)
+{
+    if (width < 1 || height < 1 || width > kCGMaxSide || height > kCGMaxSide) return nullptr;
+    auto state = std::make_unique<CGContext::State>();
+    state->surface.reset(
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height)));
+    if (cairo_surface_status(state->surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    state->cairo.reset(cairo_create(state->surface.get()));
+    state->current.fill = state->current.stroke = CGColorCreateRGBA(0, 0, 0, 1);
+    return RetainPtr<CGContext>::adopt(new CGContext(std::move(state)));
+}
+
+std::size_t CGBitmapContextGetWidth(CGContextRef context)
+{
+    return context ? static_cast<std::size_t>(cairo_image_surface_get_width(context->state().surface.get())) : 0;
+}
+
+std::size_t CGBitmapContextGetHeight(CGContextRef context)
+{
+    return context ? static_cast<std::size_t>(cairo_image_surface_get_height(context->state().surface.get())) : 0;
+}
+
+std::span<const std::uint8_t> CGBitmapContextGetPixels(CGContextRef context)
+{
+    if (!context) return {};
+    cairo_surface_t* surface = context->state().surface.get();
+    cairo_surface_flush(surface);
+    const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(surface)); // always 4 * width
+    return {cairo_image_surface_get_data(surface), stride * CGBitmapContextGetHeight(context)};
+}
+
+RetainPtr<CGImage> CGBitmapContextCreateImage(CGContextRef context)
+{
+    if (!context) return nullptr;
+    const auto pixels = CGBitmapContextGetPixels(context);
+    return RetainPtr<CGImage>::adopt(new CGImage(
+        std::make_unique<CGImage::Contents>(CGBitmapContextGetWidth(context), CGBitmapContextGetHeight(context),
+                                            std::vector<std::uint8_t>(pixels.begin(), pixels.end()))));
+}
+
+void CGContextSaveGState(CGContextRef context)
+{
+    if (!context) return;
+    CGContext::State& state = context->state();
+    state.saved.push_back(state.current);
+    cairo_save(state.cairo.get());
+}
+
+void CGContextRestoreGState(CGContextRef context)
+{
+    if (!context || context->state().saved.empty()) return;
+    CGContext::State& state = context->state();
+    state.current = std::move(state.saved.back());
+    state.saved.pop_back();
+    cairo_restore(state.cairo.get());
+}
+
+void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty) { concatenate(context, {1, 0, 0, 1, tx, ty}); }
+
+void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy) { concatenate(context, {sx, 0, 0, sy, 0, 0}); }
+
+CGAffineTransform CGContextGetCTM(CGContextRef context)
+{
+    return context ? context->state().current.ctm : CGAffineTransform{};
+}
+
+void CGContextSetPatternPhase(CGContextRef context, CGSize phase)
+{
+    if (context && std::isfinite(phase.width) && std::isfinite(phase.height))
+        context->state().current.patternPhase = phase;
+}
+
+void CGContextSetFillColorWithColor(CGContextRef context, CGColorRef color)
+{
+    if (context) context->state().current.fill = CGRetained(color);
+}
+
+void CGContextSetStrokeColorWithColor(CGContextRef context, CGColorRef color)
+{
+    if (context) context->state().current.stroke = CGRetained(color);
+}
+
+void CGContextSetLineWidth(CGContextRef context, CGFloat width)
+{
+    if (context && width >= 0 && std::isfinite(width)) context->state().current.lineWidth = width;
+}
+
+void CGContextSetLineCap(CGContextRef context, CGLineCap cap)
+{
+    static constexpr cairo_line_cap_t kCaps[] = {CAIRO_LINE_CAP_BUTT, CAIRO_LINE_CAP_ROUND, CAIRO_LINE_CAP_SQUARE};
+    if (context) cairo_set_line_cap(context->state().cairo.get(), kCaps[cap]);
+}
+
+void CGContextSetLineJoin(CGContextRef context, CGLineJoin join)
+{
+    static constexpr cairo_line_join_t kJoins[] = {CAIRO_LINE_JOIN_MITER, CAIRO_LINE_JOIN_ROUND, CAIRO_LINE_JOIN_BEVEL};
+    if (context) cairo_set_line_join(context->state().cairo.get(), kJoins[join]);
+}
+
+void CGContextSetShouldAntialias(CGContextRef context, bool antialias)
+{
+    if (context)
+        cairo_set_antialias(context->state().cairo.get(), antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+}
+
+void CGContextSetAlpha(CGContextRef context, CGFloat alpha)
+{
+    if (context) context->state().current.alpha = CGUnitValue(alpha);
+}

@@ -1,0 +1,221 @@
+// Everything that changes pixels or the clip.
+
+#include "CoreGraphics/CGCairo.h"
+#include "CoreGraphics/CGContextPrivate.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr CGFloat kWidestLine = 1 << 16; // device pixels
+
+CGFloat determinant(const CGAffineTransform& t) { return t.a * t.d - t.b * t.c; }
+
+/// Whether the transformation has an inverse that Cairo can work with.
+bool isDrawable(const CGAffineTransform& t)
+{
+    const CGFloat area = std::abs(determinant(t));
+    return area > 1e-9 && area < 1e12 && std::abs(t.tx) < 1e9 && std::abs(t.ty) < 1e9;
+}
+
+cairo_matrix_t cairoMatrix(const CGAffineTransform& t) { return {t.a, t.b, t.c, t.d, t.tx, t.ty}; }
+
+bool isWhole(CGFloat value) { return std::abs(value - std::round(value)) < 1e-6; }
+
+/// Whether each image pixel covers a whole number of device pixels, so that none needs to be mixed.
+bool keepsPixelsWhole(const cairo_matrix_t& deviceFromImage)
+{
+    const cairo_matrix_t& m = deviceFromImage;
+    return m.xy == 0 && m.yx == 0 && m.xx >= 0.5 && m.yy >= 0.5 && isWhole(m.xx) && isWhole(m.yy) && isWhole(m.x0) &&
+           isWhole(m.y0);
+}
+
+/// Makes `image` the source; `deviceFromImage` puts its pixels on the device.
+/// @return false where the picture is too small or too large to be seen
+bool setImageSource(cairo_t* cairo, CGImageRef image, const cairo_matrix_t& deviceFromImage, cairo_extend_t extend,
+                    bool sharp)
+{
+    cairo_matrix_t imageFromDevice = deviceFromImage;
+    if (!isDrawable({deviceFromImage.xx, deviceFromImage.yx, deviceFromImage.xy, deviceFromImage.yy, deviceFromImage.x0,
+                     deviceFromImage.y0}) ||
+        cairo_matrix_invert(&imageFromDevice) != CAIRO_STATUS_SUCCESS)
+        return false;
+    const CairoPattern pattern(cairo_pattern_create_for_surface(image->contents().surface.get()));
+    cairo_pattern_set_matrix(pattern.get(), &imageFromDevice);
+    cairo_pattern_set_extend(pattern.get(), extend);
+    cairo_pattern_set_filter(pattern.get(), sharp ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+    cairo_matrix_t matrix;
+    cairo_get_matrix(cairo, &matrix);
+    cairo_identity_matrix(cairo);
+    cairo_set_source(cairo, pattern.get());
+    cairo_set_matrix(cairo, &matrix);
+    return true;
+}
+
+/// A pattern follows the scale of the transformation, but starts at the phase, so that neighbouring views match.
+bool setPatternSource(cairo_t* cairo, const CGColor::Contents& color, const CGContext::State::GState& state)
+{
+    cairo_matrix_t placed = cairoMatrix(state.ctm);
+    placed.x0 = state.patternPhase.width;
+    placed.y0 = state.patternPhase.height;
+    cairo_matrix_scale(&placed, 1 / color.patternScale, 1 / color.patternScale);
+    return setImageSource(cairo, color.pattern, placed, CAIRO_EXTEND_REPEAT, keepsPixelsWhole(placed));
+}
+
+void setPlainSource(cairo_t* cairo, const std::array<CGFloat, 4>& rgba, CGFloat alpha)
+{
+    cairo_set_source_rgba(cairo, rgba[2], rgba[1], rgba[0], rgba[3] * alpha);
+}
+
+/// Draws in a colour of any kind. A pattern has no alpha of its own to multiply, so it goes through a layer.
+template <typename Draw>
+void drawInColor(cairo_t* cairo, CGColorRef color, const CGContext::State::GState& state, Draw&& draw)
+{
+    if (!color) return;
+    const CGColor::Contents& contents = color->contents();
+    if (!contents.pattern) {
+        setPlainSource(cairo, contents.components, state.alpha);
+        draw();
+        return;
+    }
+    const bool layered = state.alpha < 1;
+    if (layered) cairo_push_group(cairo);
+    if (setPatternSource(cairo, contents, state)) draw();
+    if (!layered) return;
+    cairo_pop_group_to_source(cairo);
+    cairo_paint_with_alpha(cairo, state.alpha);
+}
+
+void fillElements(CGContextRef context, const CGPathElements& elements, CGColorRef color,
+                  cairo_fill_rule_t rule = CAIRO_FILL_RULE_WINDING)
+{
+    const CGDrawing drawing(context);
+    if (!drawing) return;
+    drawInColor(drawing.cairo(), color, context->state().current, [&] {
+        cairo_set_fill_rule(drawing.cairo(), rule);
+        CGReplay(drawing.cairo(), elements);
+        cairo_fill(drawing.cairo());
+    });
+}
+
+void clipToElements(CGContextRef context, const CGPathElements& elements)
+{
+    cairo_t* cairo = context->state().cairo.get();
+    CGReplay(cairo, elements);
+    cairo_clip(cairo);
+}
+
+} // namespace
+
+CGDrawing::CGDrawing(CGContextRef context)
+{
+    if (!context || !isDrawable(context->state().current.ctm)) return;
+    mCairo = context->state().cairo.get();
+    cairo_save(mCairo);
+    const cairo_matrix_t matrix = cairoMatrix(context->state().current.ctm);
+    cairo_set_matrix(mCairo, &matrix);
+}
+
+CGDrawing::~CGDrawing()
+{
+    if (!mCairo) return;
+    cairo_new_path(mCairo);
+    cairo_restore(mCairo);
+}
+
+void CGContextDrawInColor(CGContextRef context, CGColorRef color, const std::function<void(_cairo*)>& draw)
+{
+    const CGDrawing drawing(context);
+    if (drawing) drawInColor(drawing.cairo(), color, context->state().current, [&] { draw(drawing.cairo()); });
+}
+
+void CGContextFillPath(CGContextRef context)
+{
+    if (!context) return;
+    fillElements(context, std::exchange(context->state().path, {}), context->state().current.fill);
+}
+
+void CGContextStrokePath(CGContextRef context)
+{
+    if (!context) return;
+    const CGPathElements path = std::exchange(context->state().path, {});
+    const CGDrawing drawing(context);
+    if (!drawing) return;
+    const CGContext::State::GState& state = context->state().current;
+    drawInColor(drawing.cairo(), state.stroke, state, [&] {
+        const CGFloat widest = kWidestLine / std::sqrt(std::abs(determinant(state.ctm)));
+        cairo_set_line_width(drawing.cairo(), std::min(state.lineWidth, widest));
+        CGReplay(drawing.cairo(), path);
+        cairo_stroke(drawing.cairo());
+    });
+}
+
+void CGContextClip(CGContextRef context)
+{
+    if (context) clipToElements(context, std::exchange(context->state().path, {}));
+}
+
+void CGContextClipToRect(CGContextRef context, CGRect rect)
+{
+    if (context && CGIsFinite(rect)) clipToElements(context, CGElementsOfRect(context->state().current.ctm, rect));
+}
+
+void CGContextFillRect(CGContextRef context, CGRect rect)
+{
+    if (!context) return;
+    const CGContext::State::GState& state = context->state().current;
+    fillElements(context, CGElementsOfRect(state.ctm, rect), state.fill);
+}
+
+void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width)
+{
+    if (!context || !(width > 0)) return;
+    const CGContext::State::GState& state = context->state().current;
+    CGPathElements frame = CGElementsOfRect(state.ctm, rect);
+    const CGRect hole = CGRectInset(rect, width, width);
+    if (!CGRectIsEmpty(hole)) {
+        const CGPathElements inner = CGElementsOfRect(state.ctm, hole);
+        frame.insert(frame.end(), inner.begin(), inner.end());
+    }
+    fillElements(context, frame, state.stroke, CAIRO_FILL_RULE_EVEN_ODD);
+}
+
+void CGContextClearRect(CGContextRef context, CGRect rect)
+{
+    const CGDrawing drawing(context);
+    if (!drawing) return;
+    cairo_set_operator(drawing.cairo(), CAIRO_OPERATOR_CLEAR);
+    CGReplay(drawing.cairo(), CGElementsOfRect(context->state().current.ctm, rect));
+    cairo_fill(drawing.cairo());
+}
+
+void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
+{
+    const CGDrawing drawing(context);
+    if (!drawing || !image || CGRectIsEmpty(rect) || !CGIsFinite(rect)) return;
+    const CGContext::State::GState& state = context->state().current;
+    cairo_matrix_t placed = cairoMatrix(state.ctm);
+    cairo_matrix_translate(&placed, rect.origin.x, rect.origin.y);
+    cairo_matrix_scale(&placed, rect.size.width / static_cast<CGFloat>(CGImageGetWidth(image)),
+                       rect.size.height / static_cast<CGFloat>(CGImageGetHeight(image)));
+    const bool oneToOne = keepsPixelsWhole(placed) && std::round(placed.xx) == 1 && std::round(placed.yy) == 1;
+    // the edge pixels extend outward, else they would be mixed with the nothing around the image
+    if (!setImageSource(drawing.cairo(), image, placed, CAIRO_EXTEND_PAD, oneToOne)) return;
+    CGReplay(drawing.cairo(), CGElementsOfRect(state.ctm, rect));
+    cairo_clip(drawing.cairo());
+    cairo_paint_with_alpha(drawing.cairo(), state.alpha);
+}
+
+void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient, CGPoint start, CGPoint end)
+{
+    const CGDrawing drawing(context);
+    if (!drawing || !gradient || !CGIsFinite({start, {end.x - start.x, end.y - start.y}})) return;
+    const CairoPattern pattern(cairo_pattern_create_linear(start.x, start.y, end.x, end.y));
+    for (const auto& [location, rgba] : gradient->contents().stops)
+        cairo_pattern_add_color_stop_rgba(pattern.get(), location, rgba[2], rgba[1], rgba[0],
+                                          rgba[3] * context->state().current.alpha);
+    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_NONE);
+    cairo_set_source(drawing.cairo(), pattern.get());
+    cairo_paint(drawing.cairo());
+}
