@@ -16,7 +16,7 @@ constexpr CFAbsoluteTime kNever = std::numeric_limits<CFAbsoluteTime>::infinity(
 thread_local bool gThreadEnded = false;
 
 struct ThreadLoop {
-    RetainPtr<CFRunLoop> loop = make<CFRunLoop>();
+    RetainPtr<RunLoop> loop = make<RunLoop>();
     ~ThreadLoop()
     {
         gThreadEnded = true;
@@ -24,7 +24,7 @@ struct ThreadLoop {
     }
 };
 
-template <typename T> void Append(std::vector<RetainPtr<T>>& list, T* object, CFRunLoop* loop)
+template <typename T> void Append(std::vector<RetainPtr<T>>& list, T* object, RunLoop* loop)
 {
     if (!object->callback || object->loop) return;
     list.emplace_back(object);
@@ -46,9 +46,9 @@ template <typename T> void RemoveAll(std::vector<RetainPtr<T>>& list)
 
 } // namespace
 
-CFRunLoopRunResult CFRunLoop::run(CFTimeInterval seconds, bool returnAfterSourceHandled)
+CFRunLoopRunResult RunLoop::run(CFTimeInterval seconds, bool returnAfterSourceHandled)
 {
-    const RetainPtr<CFRunLoop> keep(this);
+    const RetainPtr<RunLoop> keep(this);
     CFAbsoluteTime waitUntil = CFAbsoluteTimeGetCurrent(); // the first turn doesn't wait
     const CFAbsoluteTime end = waitUntil + (seconds > 0.0 ? seconds : 0.0);
     for (;;) {
@@ -61,7 +61,7 @@ CFRunLoopRunResult CFRunLoop::run(CFTimeInterval seconds, bool returnAfterSource
     }
 }
 
-bool CFRunLoop::turn(CFAbsoluteTime waitUntil)
+bool RunLoop::turn(CFAbsoluteTime waitUntil)
 {
     const NSAutoreleasePool pool;
     bool handled = callDescriptors(waitForDescriptors(waitUntil));
@@ -71,7 +71,7 @@ bool CFRunLoop::turn(CFAbsoluteTime waitUntil)
     return handled;
 }
 
-CFRunLoop::Descriptors CFRunLoop::waitForDescriptors(CFAbsoluteTime until)
+RunLoop::Descriptors RunLoop::waitForDescriptors(CFAbsoluteTime until)
 {
     std::vector<pollfd> polled{{mailbox.descriptor(), POLLIN, 0}};
     for (const auto& entry : mDescriptors) polled.push_back({entry->descriptor, POLLIN, 0});
@@ -90,7 +90,7 @@ CFRunLoop::Descriptors CFRunLoop::waitForDescriptors(CFAbsoluteTime until)
     return ready;
 }
 
-bool CFRunLoop::callDescriptors(const Descriptors& ready)
+bool RunLoop::callDescriptors(const Descriptors& ready)
 {
     bool handled = false;
     for (const auto& entry : ready) {
@@ -102,7 +102,7 @@ bool CFRunLoop::callDescriptors(const Descriptors& ready)
     return handled;
 }
 
-bool CFRunLoop::runBlocks()
+bool RunLoop::runBlocks()
 {
     const std::size_t count = mailbox.count(); // those that a block adds wait for the next turn
     std::size_t done = 0;
@@ -110,10 +110,10 @@ bool CFRunLoop::runBlocks()
     return done > 0;
 }
 
-bool CFRunLoop::fireTimers()
+bool RunLoop::fireTimers()
 {
     const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
-    std::vector<RetainPtr<CFRunLoopTimer>> due;
+    std::vector<RetainPtr<RunLoopTimer>> due;
     std::copy_if(mTimers.begin(), mTimers.end(), std::back_inserter(due),
                  [now](const auto& timer) { return timer->isDue(now); });
     std::stable_sort(due.begin(), due.end(), [](const auto& a, const auto& b) { return a->fireTime < b->fireTime; });
@@ -126,7 +126,7 @@ bool CFRunLoop::fireTimers()
     return handled;
 }
 
-void CFRunLoop::callObservers()
+void RunLoop::callObservers()
 {
     const std::vector<Observer> observers = mObservers;
     for (const Observer& observer : observers) {
@@ -136,9 +136,9 @@ void CFRunLoop::callObservers()
     }
 }
 
-bool CFRunLoop::hasNothingToWaitFor() { return mTimers.empty() && mDescriptors.empty() && mailbox.count() == 0; }
+bool RunLoop::hasNothingToWaitFor() { return mTimers.empty() && mDescriptors.empty() && mailbox.count() == 0; }
 
-CFAbsoluteTime CFRunLoop::nextFireTime() const
+CFAbsoluteTime RunLoop::nextFireTime() const
 {
     CFAbsoluteTime next = kNever;
     for (const auto& timer : mTimers)
@@ -146,7 +146,7 @@ CFAbsoluteTime CFRunLoop::nextFireTime() const
     return next;
 }
 
-void CFRunLoop::close()
+void RunLoop::close()
 {
     mClosed = true;
     RemoveAll(mTimers);
@@ -155,27 +155,27 @@ void CFRunLoop::close()
     mailbox.close();
 }
 
-void CFRunLoop::add(CFRunLoopTimer* timer)
+void RunLoop::add(RunLoopTimer* timer)
 {
     if (!mClosed) Append(mTimers, timer, this);
 }
 
-void CFRunLoop::add(CFFileDescriptor* descriptor)
+void RunLoop::add(RunLoopDescriptor* descriptor)
 {
     if (!mClosed && descriptor->descriptor >= 0) Append(mDescriptors, descriptor, this);
 }
 
-void CFRunLoop::remove(CFRunLoopTimer* timer) { Remove(mTimers, timer); }
+void RunLoop::remove(RunLoopTimer* timer) { Remove(mTimers, timer); }
 
-void CFRunLoop::remove(CFFileDescriptor* descriptor) { Remove(mDescriptors, descriptor); }
+void RunLoop::remove(RunLoopDescriptor* descriptor) { Remove(mDescriptors, descriptor); }
 
-std::uint64_t CFRunLoop::addObserver(std::function<void()> observer)
+std::uint64_t RunLoop::addObserver(std::function<void()> observer)
 {
     mObservers.push_back({++mLastObserver, std::make_shared<const std::function<void()>>(std::move(observer))});
     return mLastObserver;
 }
 
-void CFRunLoop::removeObserver(std::uint64_t observer)
+void RunLoop::removeObserver(std::uint64_t observer)
 {
     CFCallback removed; // ends after the list is whole again
     std::erase_if(mObservers, [&](Observer& entry) {
@@ -194,36 +194,36 @@ CFRunLoopRef CFRunLoopGetCurrent()
 
 void CFRunLoopRun()
 {
-    if (CFRunLoop* loop = CFRunLoopGetCurrent()) loop->run(kNever, false);
+    if (RunLoop* loop = Own(CFRunLoopGetCurrent())) loop->run(kNever, false);
 }
 
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode, CFTimeInterval seconds, bool returnAfterSourceHandled)
 {
-    CFRunLoop* loop = CFRunLoopGetCurrent();
+    RunLoop* loop = Own(CFRunLoopGetCurrent());
     return loop ? loop->run(seconds, returnAfterSourceHandled) : kCFRunLoopRunFinished;
 }
 
 void CFRunLoopStop(CFRunLoopRef loop)
 {
-    if (loop) loop->mailbox.stop();
+    if (loop) Own(loop)->mailbox.stop();
 }
 
 void CFRunLoopWakeUp(CFRunLoopRef loop)
 {
-    if (loop) loop->mailbox.wakeUp();
+    if (loop) Own(loop)->mailbox.wakeUp();
 }
 
 void CFRunLoopPerformBlock(CFRunLoopRef loop, CFRunLoopMode, std::function<void()> block)
 {
-    if (loop && block) loop->mailbox.perform(std::move(block));
+    if (loop && block) Own(loop)->mailbox.perform(std::move(block));
 }
 
 std::uint64_t CFRunLoopAddBeforeWaiting(CFRunLoopRef loop, std::function<void()> observer)
 {
-    return loop && observer ? loop->addObserver(std::move(observer)) : 0;
+    return loop && observer ? Own(loop)->addObserver(std::move(observer)) : 0;
 }
 
 void CFRunLoopRemoveBeforeWaiting(CFRunLoopRef loop, std::uint64_t observer)
 {
-    if (loop) loop->removeObserver(observer);
+    if (loop) Own(loop)->removeObserver(observer);
 }

@@ -20,9 +20,19 @@
 using CFTimeInterval = double; ///< seconds
 using CFAbsoluteTime = double; ///< seconds of a clock that never goes back; only differences mean something
 
-class CFRunLoop;
-class CFRunLoopTimer;
-class CFFileDescriptor;
+// The objects behind the handles, complete so that a RetainPtr can hold them; all they can do stands below.
+class CFRunLoop : public NSObject {
+protected:
+    CFRunLoop() = default;
+};
+class CFRunLoopTimer : public NSObject {
+protected:
+    CFRunLoopTimer() = default;
+};
+class CFFileDescriptor : public NSObject {
+protected:
+    CFFileDescriptor() = default;
+};
 using CFRunLoopRef = CFRunLoop*;
 using CFRunLoopTimerRef = CFRunLoopTimer*;
 using CFFileDescriptorRef = CFFileDescriptor*;

@@ -6,14 +6,14 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-CFRunLoopMailbox::CFRunLoopMailbox() : mEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+RunLoopMailbox::RunLoopMailbox() : mEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
 {
     if (mEvent < 0) throw std::system_error(errno, std::generic_category(), "wake-up descriptor of a run loop");
 }
 
-CFRunLoopMailbox::~CFRunLoopMailbox() { ::close(mEvent); }
+RunLoopMailbox::~RunLoopMailbox() { ::close(mEvent); }
 
-void CFRunLoopMailbox::perform(std::function<void()> block)
+void RunLoopMailbox::perform(std::function<void()> block)
 {
     {
         const std::lock_guard lock(mMutex);
@@ -23,33 +23,33 @@ void CFRunLoopMailbox::perform(std::function<void()> block)
     wakeUp();
 }
 
-void CFRunLoopMailbox::stop()
+void RunLoopMailbox::stop()
 {
     mStopped = true;
     wakeUp();
 }
 
-void CFRunLoopMailbox::wakeUp()
+void RunLoopMailbox::wakeUp()
 {
     // fails only where the counter is full, and then the loop wakes anyway
     while (eventfd_write(mEvent, 1) < 0 && errno == EINTR) {
     }
 }
 
-void CFRunLoopMailbox::clearWakeUp()
+void RunLoopMailbox::clearWakeUp()
 {
     eventfd_t count = 0;
     while (eventfd_read(mEvent, &count) < 0 && errno == EINTR) {
     }
 }
 
-std::size_t CFRunLoopMailbox::count()
+std::size_t RunLoopMailbox::count()
 {
     const std::lock_guard lock(mMutex);
     return mBlocks.size();
 }
 
-bool CFRunLoopMailbox::takeBlock(std::function<void()>& block)
+bool RunLoopMailbox::takeBlock(std::function<void()>& block)
 {
     const std::lock_guard lock(mMutex);
     if (mBlocks.empty()) return false;
@@ -58,7 +58,7 @@ bool CFRunLoopMailbox::takeBlock(std::function<void()>& block)
     return true;
 }
 
-void CFRunLoopMailbox::close()
+void RunLoopMailbox::close()
 {
     std::deque<std::function<void()>> dropped; // ends outside the lock: what the blocks hold may post again
     const std::lock_guard lock(mMutex);

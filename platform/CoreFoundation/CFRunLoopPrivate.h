@@ -14,7 +14,9 @@
 /// A callback that stays whole while it runs, even when its owner lets go of it meanwhile.
 using CFCallback = std::shared_ptr<const std::function<void()>>;
 
-class CFRunLoopTimer final : public NSObject {
+class RunLoop;
+
+class RunLoopTimer final : public CFRunLoopTimer {
 public:
     void fire(CFAbsoluteTime now);
     void invalidate();
@@ -23,29 +25,29 @@ public:
     CFAbsoluteTime fireTime = 0.0;
     CFTimeInterval interval = 0.0; ///< 0 fires once
     CFCallback callback;           ///< empty once the timer is invalid
-    CFRunLoop* loop = nullptr;     ///< not owned; the loop clears it when it ends
+    RunLoop* loop = nullptr;       ///< not owned; the loop clears it when it ends
     bool firing = false;
 
 private:
     CFAbsoluteTime dateAfter(CFAbsoluteTime now) const;
 };
 
-class CFFileDescriptor final : public NSObject {
+class RunLoopDescriptor final : public CFFileDescriptor {
 public:
     void invalidate();
 
     int descriptor = -1;
     CFCallback callback; ///< empty once invalid
-    CFRunLoop* loop = nullptr;
+    RunLoop* loop = nullptr;
 };
 
 /// The one part of a loop that other threads touch.
-class CFRunLoopMailbox {
+class RunLoopMailbox {
 public:
-    CFRunLoopMailbox();
-    ~CFRunLoopMailbox();
-    CFRunLoopMailbox(const CFRunLoopMailbox&) = delete;
-    CFRunLoopMailbox& operator=(const CFRunLoopMailbox&) = delete;
+    RunLoopMailbox();
+    ~RunLoopMailbox();
+    RunLoopMailbox(const RunLoopMailbox&) = delete;
+    RunLoopMailbox& operator=(const RunLoopMailbox&) = delete;
 
     void perform(std::function<void()> block);
     void stop();
@@ -67,27 +69,27 @@ private:
     int mEvent; // an eventfd
 };
 
-class CFRunLoop final : public NSObject {
+class RunLoop final : public CFRunLoop {
 public:
-    ~CFRunLoop() override { close(); }
+    ~RunLoop() override { close(); }
 
     CFRunLoopRunResult run(CFTimeInterval seconds, bool returnAfterSourceHandled);
     void close(); ///< the thread ends
-    void add(CFRunLoopTimer* timer);
-    void add(CFFileDescriptor* descriptor);
-    void remove(CFRunLoopTimer* timer);
-    void remove(CFFileDescriptor* descriptor);
+    void add(RunLoopTimer* timer);
+    void add(RunLoopDescriptor* descriptor);
+    void remove(RunLoopTimer* timer);
+    void remove(RunLoopDescriptor* descriptor);
     std::uint64_t addObserver(std::function<void()> observer);
     void removeObserver(std::uint64_t observer);
 
-    CFRunLoopMailbox mailbox;
+    RunLoopMailbox mailbox;
 
 private:
     struct Observer {
         std::uint64_t id;
         CFCallback callback;
     };
-    using Descriptors = std::vector<RetainPtr<CFFileDescriptor>>;
+    using Descriptors = std::vector<RetainPtr<RunLoopDescriptor>>;
 
     bool turn(CFAbsoluteTime waitUntil);
     Descriptors waitForDescriptors(CFAbsoluteTime until);
@@ -98,12 +100,17 @@ private:
     bool hasNothingToWaitFor();
     CFAbsoluteTime nextFireTime() const;
 
-    std::vector<RetainPtr<CFRunLoopTimer>> mTimers;
+    std::vector<RetainPtr<RunLoopTimer>> mTimers;
     Descriptors mDescriptors;
     std::vector<Observer> mObservers;
     std::uint64_t mLastObserver = 0;
     bool mClosed = false;
 };
+
+// Every object behind a handle was made in this folder.
+inline RunLoop* Own(CFRunLoopRef loop) { return static_cast<RunLoop*>(loop); }
+inline RunLoopTimer* Own(CFRunLoopTimerRef timer) { return static_cast<RunLoopTimer*>(timer); }
+inline RunLoopDescriptor* Own(CFFileDescriptorRef descriptor) { return static_cast<RunLoopDescriptor*>(descriptor); }
 
 /// `poll` until that date of the process's clock. @return how many are ready; 0 also after a signal
 int CFPollUntil(std::vector<pollfd>& descriptors, CFAbsoluteTime until);

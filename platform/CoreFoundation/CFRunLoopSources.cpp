@@ -16,10 +16,10 @@ CFCallback SharedCallback(std::function<void()> callback)
 
 } // namespace
 
-void CFRunLoopTimer::fire(CFAbsoluteTime now)
+void RunLoopTimer::fire(CFAbsoluteTime now)
 {
     struct Firing {
-        CFRunLoopTimer& timer;
+        RunLoopTimer& timer;
         ~Firing()
         {
             timer.firing = false;
@@ -33,20 +33,20 @@ void CFRunLoopTimer::fire(CFAbsoluteTime now)
     (*called)();
 }
 
-CFAbsoluteTime CFRunLoopTimer::dateAfter(CFAbsoluteTime now) const
+CFAbsoluteTime RunLoopTimer::dateAfter(CFAbsoluteTime now) const
 {
     if (interval == 0.0 || std::isinf(interval)) return kNever;
     const CFAbsoluteTime inPhase = fireTime + interval * (std::floor((now - fireTime) / interval) + 1.0);
     return std::isfinite(inPhase) && inPhase > now ? inPhase : now + interval;
 }
 
-void CFRunLoopTimer::invalidate()
+void RunLoopTimer::invalidate()
 {
     const CFCallback dropped = std::exchange(callback, nullptr);
     if (loop) loop->remove(this);
 }
 
-void CFFileDescriptor::invalidate()
+void RunLoopDescriptor::invalidate()
 {
     const CFCallback dropped = std::exchange(callback, nullptr);
     if (loop) loop->remove(this);
@@ -55,7 +55,7 @@ void CFFileDescriptor::invalidate()
 RetainPtr<CFRunLoopTimer> CFRunLoopTimerCreate(CFAbsoluteTime fireTime, CFTimeInterval interval,
                                                std::function<void()> callback)
 {
-    auto timer = make<CFRunLoopTimer>();
+    auto timer = make<RunLoopTimer>();
     timer->fireTime = DateOrNever(fireTime);
     timer->interval = interval > 0.0 ? interval : 0.0;
     timer->callback = SharedCallback(std::move(callback));
@@ -64,22 +64,22 @@ RetainPtr<CFRunLoopTimer> CFRunLoopTimerCreate(CFAbsoluteTime fireTime, CFTimeIn
 
 void CFRunLoopAddTimer(CFRunLoopRef loop, CFRunLoopTimerRef timer, CFRunLoopMode)
 {
-    if (loop && timer) loop->add(timer);
+    if (loop && timer) Own(loop)->add(Own(timer));
 }
 
 void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer)
 {
-    if (timer) timer->invalidate();
+    if (timer) Own(timer)->invalidate();
 }
 
 void CFRunLoopTimerSetNextFireDate(CFRunLoopTimerRef timer, CFAbsoluteTime fireTime)
 {
-    if (timer) timer->fireTime = DateOrNever(fireTime);
+    if (timer) Own(timer)->fireTime = DateOrNever(fireTime);
 }
 
 RetainPtr<CFFileDescriptor> CFFileDescriptorCreate(int descriptor, std::function<void()> callback)
 {
-    auto source = make<CFFileDescriptor>();
+    auto source = make<RunLoopDescriptor>();
     source->descriptor = descriptor;
     source->callback = SharedCallback(std::move(callback));
     return source;
@@ -87,10 +87,10 @@ RetainPtr<CFFileDescriptor> CFFileDescriptorCreate(int descriptor, std::function
 
 void CFRunLoopAddFileDescriptor(CFRunLoopRef loop, CFFileDescriptorRef descriptor, CFRunLoopMode)
 {
-    if (loop && descriptor) loop->add(descriptor);
+    if (loop && descriptor) Own(loop)->add(Own(descriptor));
 }
 
 void CFFileDescriptorInvalidate(CFFileDescriptorRef descriptor)
 {
-    if (descriptor) descriptor->invalidate();
+    if (descriptor) Own(descriptor)->invalidate();
 }
