@@ -19,8 +19,7 @@
 class NSString;
 using CFStringRef = const NSString*;
 
-template <typename Ch>
-class _ZeString : public std::basic_string<Ch> {
+template <typename Ch> class _ZeString : public std::basic_string<Ch> {
     using Base = std::basic_string<Ch>;
 
 public:
@@ -31,13 +30,11 @@ public:
     _ZeString(Base&& text) noexcept : Base(std::move(text)) {}
 
     /// The text of `s`, one element a code point; null gives the empty string.
-    _ZeString(const NSString* s)
-        requires std::same_as<Ch, wchar_t>;
+    _ZeString(const NSString* s) requires std::same_as<Ch, wchar_t>;
 
-    /// An autoreleased string of 16-bit units: each element up to the first NUL, narrowed to its low 16 bits. No surrogate
-    /// pairs are made: U+1F600 becomes the unit F600.
-    operator NSString*() const
-        requires std::same_as<Ch, wchar_t>;
+    /// An autoreleased string of 16-bit units: each element up to the first NUL, narrowed to its low 16 bits. No
+    /// surrogate pairs are made: U+1F600 becomes the unit F600.
+    operator NSString*() const requires std::same_as<Ch, wchar_t>;
 
     /// Copies the characters and a terminator to `dest`, an array of `DestSize` elements. Needs DestSize > size().
     void strcpy_s(Ch* dest, std::size_t DestSize) const
@@ -52,14 +49,14 @@ public:
 using ZeString = _ZeString<wchar_t>;
 static_assert(sizeof(wchar_t) == 4 && sizeof(ZeString) == sizeof(std::wstring));
 
-/// Assigns terminated text. Null empties the target. A source inside the target's own characters, the end included, leaves
-/// the target's tail from there: after zeassign(s, L"12:34"), zeassign(s, s.c_str() + 3) leaves "34".
+/// Assigns terminated text. Null empties the target. A source inside the target's own characters, the end included,
+/// leaves the target's tail from there: after zeassign(s, L"12:34"), zeassign(s, s.c_str() + 3) leaves "34".
 void zeassign(std::basic_string<wchar_t>& target, const wchar_t* source);
 void zeassign(std::basic_string<char>& target, const char* source);
 inline void zeassign(std::basic_string<wchar_t>& target, std::nullptr_t) { target.clear(); }
 
-/// Assigns the UTF-16 units of `source`, one an element, up to the first NUL: U+1F600 arrives as D83D DE00. Null empties the
-/// target. Where there is no memory for the units the target stays as it is.
+/// Assigns the UTF-16 units of `source`, one an element, up to the first NUL: U+1F600 arrives as D83D DE00. Null
+/// empties the target. Where there is no memory for the units the target stays as it is.
 void zeassign(std::basic_string<wchar_t>& target, CFStringRef source);
 
 /// Prints as the C library does (and `%c` takes any code point), at most 1022 elements: longer text is cut, a format in
@@ -73,16 +70,11 @@ void ZeVSprintf(ZeString& out, const wchar_t* format, va_list args);
 [[gnu::format(printf, 2, 3)]] void ZeSprintfA(_ZeString<char>& out, const char* format, ...);
 [[gnu::format(printf, 2, 0)]] void ZeVSprintfA(_ZeString<char>& out, const char* format, va_list args);
 
-// The forms that take a list. Templates, so that a literal 0 as the only argument is printed and not taken for a null list.
+// The forms that take a list. Templates, so that a literal 0 as the only argument is printed and not taken for a null
+// list.
 template <typename List>
-    requires requires(ZeString& out, List args) { ZeVSprintf(out, L"", args); }
-void ZeSprintf(ZeString& out, const wchar_t* format, List args)
-{
-    ZeVSprintf(out, format, args);
-}
+requires requires(ZeString& out, List args) { ZeVSprintf(out, L"", args); }
+void ZeSprintf(ZeString& out, const wchar_t* format, List args) { ZeVSprintf(out, format, args); }
 template <typename List>
-    requires requires(_ZeString<char>& out, List args) { ZeVSprintfA(out, "", args); }
-void ZeSprintfA(_ZeString<char>& out, const char* format, List args)
-{
-    ZeVSprintfA(out, format, args);
-}
+requires requires(_ZeString<char>& out, List args) { ZeVSprintfA(out, "", args); }
+void ZeSprintfA(_ZeString<char>& out, const char* format, List args) { ZeVSprintfA(out, format, args); }
