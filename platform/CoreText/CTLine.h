@@ -1,29 +1,33 @@
 #pragma once
 
-/// Fonts, and one line of shaped text.
+/// One line of shaped text: measures, caret positions, drawing, truncation.
 ///
-/// The fonts come from a private configuration with exactly the files that the package depends on, so that every machine
-/// draws and measures the same. Sizes and measures are in user space units; text isn't hinted, so measures scale.
+/// Indices count UTF-16 units and may be anything: one past the text is the end, one inside a surrogate pair is the
+/// pair's. Measures are in user space units from the line's start. Any text is taken: line ends and other control
+/// characters draw as nothing, a tab as a space, an unpaired surrogate as U+FFFD. Text beyond two million divided by
+/// the font's size (at size 12 more than 170000 units) isn't shaped. A null line has no text.
 
 #include "CoreGraphics/CGContext.h"
-#include "Foundation/NSString.h"
+#include "CoreText/CTFont.h"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
-class CTFont;
-class CTLine;
-using CTFontRef = const CTFont*;
+class CTLine final : public NSObject {
+public:
+    struct Contents; // complete inside this folder only
+    explicit CTLine(std::unique_ptr<const Contents> contents);
+    const Contents& contents() const { return *mContents; }
+
+private:
+    ~CTLine() override;
+
+    std::unique_ptr<const Contents> mContents;
+};
 using CTLineRef = const CTLine*;
 
-/// @param name  "Lucida Grande", "Lucida Grande-Bold", "Monaco" or "Times Roman"; any other gives the first of these
-/// @param size  units of the em square
-RetainPtr<CTFont> CTFontCreateWithName(const NSString* name, CGFloat size);
-CGFloat CTFontGetSize(CTFontRef font);
-CGFloat CTFontGetAscent(CTFontRef font);  ///< above the baseline
-CGFloat CTFontGetDescent(CTFontRef font); ///< below the baseline, positive
-
-/// Shapes `text` as one line; line ends in it draw as nothing. Measuring a kept line costs nothing.
+/// Shapes `text`. Null without a font. Measuring a kept line costs nothing.
 RetainPtr<CTLine> CTLineCreate(std::u16string_view text, CTFontRef font);
 
 struct CTLineBounds {
@@ -40,19 +44,22 @@ void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef
 CGFloat CTLineGetOffsetForStringIndex(CTLineRef line, std::size_t index);
 /// The caret position (UTF-16 index) nearest to `x`.
 std::size_t CTLineGetStringIndexForPosition(CTLineRef line, CGFloat x);
-/// The spans, from the line's start, that the units from `start` to `end` cover: one a run of a direction.
+/// The spans, from the line's start, that the units from `start` to `end` cover: one for each run of a direction, from
+/// left to right; none where the range is empty.
 struct CTLineSpan {
     CGFloat x, width;
 };
 std::vector<CTLineSpan> CTLineGetSelectionSpans(CTLineRef line, std::size_t start, std::size_t end);
 
-/// Where a caret may stand, ascending UTF-16 indices: 0 and the end included, never inside a character that people see as one.
+/// Where a caret may stand, ascending UTF-16 indices: 0 and the end included, never inside a character that people see
+/// as one.
 std::vector<std::size_t> CTLineGetCaretPositions(CTLineRef line);
-/// The ranges of the words, for word moves and double clicks.
+/// The ranges of the words, for word moves and double clicks: {0, 3} and {5, 8} for "one, two".
 struct CTLineWord {
     std::size_t start, end;
 };
 std::vector<CTLineWord> CTLineGetWords(CTLineRef line);
 
-/// The longest beginning of `text` that, with an ellipsis behind it, is at most `width` wide; `text` itself where it fits.
+/// The longest beginning of `text` that, with an ellipsis behind it, is at most `width` wide; `text` itself where it
+/// fits, nothing where not even the ellipsis does.
 std::u16string CTTruncatedEnd(std::u16string_view text, CTFontRef font, CGFloat width);

@@ -1,0 +1,139 @@
+#include "CoreGraphics/CGContextPrivate.h"
+#include "CoreText/CTPango.h"
+
+#include <pango/pangocairo.h>
+
+#include <cmath>
+
+namespace {
+
+/// Pango counts in 1024ths with 32 bits: a line of more than about two million units would overflow.
+std::u16string_view shapeable(std::u16string_view text, CTFontRef font)
+{
+    constexpr CGFloat kWidestLine = 1 << 21;
+    return text.substr(0, static_cast<std::size_t>(kWidestLine / CTFontGetSize(font)));
+}
+
+int pangoFromUnits(CGFloat x)
+{
+    constexpr CGFloat kMost = 1 << 20;
+    return std::isnan(x) ? 0 : static_cast<int>(std::clamp(x, -kMost, kMost) * PANGO_SCALE);
+}
+
+/// Calls `visit(unit, attribute)` for each character and the end.
+template <typename Visit> void forEachBoundary(const CTLine::Contents& line, Visit visit)
+{
+    int count = 0;
+    const PangoLogAttr* attributes = pango_layout_get_log_attrs_readonly(line.layout.get(), &count);
+    const std::vector<int>& bytes = line.text.byteOfUnit;
+    std::size_t unit = 0;
+    for (int i = 0; i < count && unit < bytes.size(); ++i) {
+        visit(unit, attributes[i]);
+        const int byte = bytes[unit];
+        while (unit < bytes.size() && bytes[unit] == byte) ++unit;
+    }
+}
+
+bool isWithinReach(cairo_t* cairo, CGPoint origin)
+{
+    constexpr double kFarthest = 1 << 21; // device pixels; farther out Cairo's arithmetic wraps around
+    cairo_user_to_device(cairo, &origin.x, &origin.y);
+    return std::abs(origin.x) < kFarthest && std::abs(origin.y) < kFarthest;
+}
+
+} // namespace
+
+CTLine::CTLine(std::unique_ptr<const Contents> contents) : mContents(std::move(contents)) {}
+CTLine::~CTLine() = default;
+
+CTLineBounds CTBoundsOf(PangoLayoutLine* line)
+{
+    PangoRectangle logical;
+    pango_layout_line_get_extents(line, nullptr, &logical);
+    return {CTUnitsFromPango(logical.width), CTUnitsFromPango(PANGO_ASCENT(logical)),
+            CTUnitsFromPango(PANGO_DESCENT(logical))};
+}
+
+RetainPtr<CTLine> CTLineCreate(std::u16string_view text, CTFontRef font)
+{
+    if (!font) return nullptr;
+    CTShapedText shaped(shapeable(text, font));
+    PangoText layout = CTLayoutOf(font->contents().description.get(), shaped.utf8);
+    PangoLayoutLine* line = pango_layout_get_line_readonly(layout.get(), 0);
+    return RetainPtr<CTLine>::adopt(new CTLine(std::make_unique<CTLine::Contents>(
+        CTLine::Contents{std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
+}
+
+CTLineBounds CTLineGetTypographicBounds(CTLineRef line) { return line ? line->contents().bounds : CTLineBounds{}; }
+
+void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef color)
+{
+    if (!line) return;
+    CGContextDrawInColor(context, color, [&](cairo_t* cairo) {
+        if (!isWithinReach(cairo, origin)) return;
+        cairo_move_to(cairo, origin.x, origin.y);
+        pango_cairo_show_layout_line(cairo, line->contents().line);
+    });
+}
+
+CGFloat CTLineGetOffsetForStringIndex(CTLineRef line, std::size_t index)
+{
+    if (!line) return 0;
+    PangoRectangle caret;
+    pango_layout_get_cursor_pos(line->contents().layout.get(), line->contents().text.byteAt(index), &caret, nullptr);
+    return CTUnitsFromPango(caret.x);
+}
+
+std::size_t CTLineGetStringIndexForPosition(CTLineRef line, CGFloat x)
+{
+    if (!line) return 0;
+    int byte = 0, trailing = 0;
+    pango_layout_line_x_to_index(line->contents().line, pangoFromUnits(x), &byte, &trailing);
+    const std::size_t unit = line->contents().text.unitAt(byte);
+    if (trailing == 0) return unit;
+    const std::vector<std::size_t> carets = CTLineGetCaretPositions(line);
+    const auto next = std::upper_bound(carets.begin(), carets.end(), unit);
+    return next != carets.end() ? *next : line->contents().text.length();
+}
+
+std::vector<CTLineSpan> CTLineGetSelectionSpans(CTLineRef line, std::size_t start, std::size_t end)
+{
+    std::vector<CTLineSpan> spans;
+    if (!line || start >= end) return spans;
+    const CTShapedText& text = line->contents().text;
+    int* ranges = nullptr;
+    int count = 0;
+    pango_layout_line_get_x_ranges(line->contents().line, text.byteAt(start), text.byteAt(end), &ranges, &count);
+    const std::unique_ptr<int, Releaser<g_free>> owned(ranges);
+    for (int i = 0; i < count; ++i) {
+        const CGFloat left = CTUnitsFromPango(ranges[2 * i]), right = CTUnitsFromPango(ranges[2 * i + 1]);
+        const bool touches = !spans.empty() && spans.back().x + spans.back().width == left;
+        if (touches)
+            spans.back().width += right - left;
+        else if (right > left)
+            spans.push_back({left, right - left});
+    }
+    return spans;
+}
+
+std::vector<std::size_t> CTLineGetCaretPositions(CTLineRef line)
+{
+    if (!line) return {0};
+    std::vector<std::size_t> carets;
+    forEachBoundary(line->contents(), [&](std::size_t unit, const PangoLogAttr& attribute) {
+        if (attribute.is_cursor_position) carets.push_back(unit);
+    });
+    return carets;
+}
+
+std::vector<CTLineWord> CTLineGetWords(CTLineRef line)
+{
+    std::vector<CTLineWord> words;
+    if (!line) return words;
+    std::size_t start = 0;
+    forEachBoundary(line->contents(), [&](std::size_t unit, const PangoLogAttr& attribute) {
+        if (attribute.is_word_end) words.push_back({start, unit});
+        if (attribute.is_word_start) start = unit;
+    });
+    return words;
+}
