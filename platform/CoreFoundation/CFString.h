@@ -1,33 +1,29 @@
 #pragma once
 
-/// Text as the C-style functions see it. A `CFStringRef` is an `NSString`; lengths and positions count UTF-16 units.
-///
-/// Failure: a null string has length 0; a range or an index outside the text raises what `NSString` raises.
+/// Texts as plain functions see them; a `CFStringRef` is an `NSString`. Lengths and indexes are in UTF-16 units.
 
+#include "CoreFoundation/CFBase.h"
 #include "Foundation/NSString.h"
 
 using CFStringRef = const NSString*;
-using CFIndex = long;
+using UniChar = char16_t;
 
-struct CFRange {
-    CFIndex location;
-    CFIndex length;
+enum CFStringEncoding : std::uint32_t {
+    kCFStringEncodingASCII = 0x0600,
+    kCFStringEncodingUTF8 = 0x08000100,
+    kCFStringEncodingUTF32LE = 0x1c000100,
 };
 
-enum CFStringEncoding : std::uint32_t { kCFStringEncodingUTF32LE = 0x1c000100 };
+CFIndex CFStringGetLength(CFStringRef string); ///< 0 for null
+/// Raises std::out_of_range for an index outside.
+UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index);
 
-CFIndex CFStringGetLength(CFStringRef string);
-unichar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index);
-
-/// Converts the units of `range` to `encoding`, as many whole characters as fit in `maxBufferLength` bytes.
+/// Converts the units of `range` into `buffer`, as many whole characters as fit into `maxBytes`; counts only where
+/// `buffer` is null.
 ///
-/// @param lossByte  written for an unpaired surrogate; 0 stops the conversion there
-/// @param isExternalRepresentation  makes no difference for an encoding with a given byte order
-/// @param buffer  receives the bytes; null only counts
-/// @param usedBufferLength  receives their number; may be null
-/// @return how many UTF-16 units were converted
-///
-/// U+1F600 in UTF-32LE is 4 bytes, and the answer is 2.
-CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, unsigned char lossByte,
-                         bool isExternalRepresentation, unsigned char* buffer, CFIndex maxBufferLength,
-                         CFIndex* usedBufferLength);
+/// @param lossByte    stands for what the encoding lacks (in UTF-8 and UTF-32 an unpaired surrogate); 0 stops there
+/// @param isExternal  whether a byte order mark may be written; none ever is
+/// @param usedBytes   bytes written or counted; may be null
+/// @return units converted: "a😀" to UTF-32LE gives 3, with 8 bytes used
+CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, std::uint8_t lossByte,
+                         bool isExternal, std::uint8_t* buffer, CFIndex maxBytes, CFIndex* usedBytes);

@@ -51,6 +51,7 @@ void NSObjectTables::forget(NSObject* object) noexcept
     NSForgetNotifications(object);
     NSForgetBindings(object);
     NSForgetObservations(object);
+    NSForgetWeakReferences(object);
 }
 
 NSObject::~NSObject()

@@ -54,3 +54,4 @@ private:
 void NSForgetObservations(NSObject* object);
 void NSForgetBindings(NSObject* object);
 void NSForgetNotifications(NSObject* object);
+void NSForgetWeakReferences(NSObject* object);
