@@ -1,4 +1,5 @@
 #include "Foundation/NSClass.h"
+#include "Foundation/NSDictionary.h"
 #include "Foundation/NSException.h"
 #include "Foundation/NSObjectTables.h"
 #include "Foundation/NSString.h"
@@ -18,13 +19,20 @@ struct End {
     RetainPtr<NSString> key;
 };
 
+/// A dictionary takes keys with dots in them, so it may hold the rest of a path under one.
+bool HoldsWhole(const NSObject* object, std::u16string rest)
+{
+    const auto* dictionary = asKind<NSDictionary>(object);
+    return dictionary && dictionary->objectForKey(NSString::string(std::move(rest)).get());
+}
+
 End FollowPath(NSObject* start, const NSString* keyPath)
 {
     const std::u16string path = keyPath ? keyPath->units() : std::u16string();
     End end{start, nullptr};
     std::size_t from = 0;
     for (std::size_t dot; (dot = path.find(u'.', from)) != path.npos; from = dot + 1) {
-        if (!end.object) break;
+        if (!end.object || HoldsWhole(end.object, path.substr(from))) break;
         end.object = end.object->valueForKey(NSString::string(path.substr(from, dot - from)).get());
     }
     end.key = NSString::string(path.substr(from));
@@ -48,6 +56,7 @@ RetainPtr<NSObject> NSObject::valueForKey(const NSString* key) const
 {
     const std::string name = KeyText(key);
     const NSClass::Key* entry = classTable().findKey(name);
+    if (!entry && name == "self") return const_cast<NSObject*>(this);
     if (!entry) throw UndefinedKey(this, name, "key named");
     return entry->get(this);
 }

@@ -20,6 +20,11 @@ namespace NSReference {
 void retain(NSObject* object);  ///< one more reference; null is allowed
 void release(NSObject* object); ///< one less; may throw what the object's dealloc() throws
 void releaseNoThrow(NSObject* object) noexcept;
+
+// The count is no part of an object's value: `RetainPtr<const NSString>` owns as well.
+inline void retain(const NSObject* object) { retain(const_cast<NSObject*>(object)); }
+inline void release(const NSObject* object) { release(const_cast<NSObject*>(object)); }
+inline void releaseNoThrow(const NSObject* object) noexcept { releaseNoThrow(const_cast<NSObject*>(object)); }
 } // namespace NSReference
 
 template <typename T> class RetainPtr {

@@ -1,3 +1,0 @@
-#include "Foundation/NSObjectTables.h"
-void NSForgetBindings(NSObject*) {}
-void NSForgetNotifications(NSObject*) {}
