@@ -2,11 +2,11 @@
 
 /// The class table: what the interface description and key-value coding may ask of a class by name.
 ///
-/// A class writes `NS_CLASS(ZeSlider)` into its public part, and in its source
+/// A class writes `NS_CLASS(Fader)` into its public part, and in its source
 ///
-///     NS_CLASS_TABLE(ZeSlider, NSSlider, "")
-///         .action("sliderChanged:", &ZeSlider::sliderChanged)
-///         .key("smallStep", &ZeSlider::smallStep, &ZeSlider::setSmallStep)
+///     NS_CLASS_TABLE(Fader, NSSlider, "")
+///         .action("sliderChanged:", &Fader::sliderChanged)
+///         .key("smallStep", &Fader::smallStep, &Fader::setSmallStep)
 ///     NS_CLASS_TABLE_END
 ///
 /// The text is the identifier of the bundle that holds the class's resources ("" for none). The table is made on first

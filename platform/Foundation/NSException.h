@@ -2,7 +2,7 @@
 
 /// What is thrown when a program breaks a rule of the object layer.
 ///
-/// Example: `throw NSException(NSInvalidArgumentException, "ZeSlider has no action “blink:”");`
+/// Example: `throw NSException(NSInvalidArgumentException, "Fader has no action “blink:”");`
 
 #include <exception>
 #include <string>

@@ -78,7 +78,7 @@ private:
     T* mObject = nullptr;
 };
 
-/// Makes an object with the named initialiser: `make<ZeTimeFormatMenu>(&ZeTimeFormatMenu::initWithTarget, target)`.
+/// Makes an object with the named initialiser: `make<NSString>(&NSString::initWithCharacters, units, length)`.
 /// @return the owning pointer; null where the initialiser answered false
 template <typename T, typename Base, typename... Parameters, typename... Arguments>
 RetainPtr<T> make(bool (Base::*initialiser)(Parameters...), Arguments&&... arguments)
