@@ -8,7 +8,9 @@ option(TONARO_SANITIZE "Build with the address and undefined-behaviour sanitizer
 add_library(tonaro_options INTERFACE)
 target_compile_features(tonaro_options INTERFACE cxx_std_20)
 target_compile_options(tonaro_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -fno-strict-aliasing)
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -fno-strict-aliasing
+  # messages and logs name a source file from the root of the tree, wherever it was built
+  -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
 if(TONARO_WERROR)
   target_compile_options(tonaro_options INTERFACE -Werror)
 endif()

@@ -1,0 +1,128 @@
+#include "TonaroCocoaView.h"
+
+#include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSImage.h"
+#include "AppKit/NSWindow.h"
+#include "Foundation/NSAssertionHandler.h"
+#include "Foundation/NSBundle.h"
+#include "Foundation/NSNumberFormatter.h"
+
+namespace {
+
+constexpr float kListenerSeconds = 0.05F; ///< notification interval and granularity
+constexpr double kLowestGainDecibels = -120.0;
+
+constexpr const char* kCreateFailed = "[TonaroCocoaView _addListeners] AUEventListenerCreate()";
+constexpr const char* kAddFailed = "[TonaroCocoaView _addListeners] AUEventListenerAddEventType()";
+constexpr const char* kDisposeFailed = "[TonaroCocoaView _removeListeners] AUListenerDispose()";
+
+/// The properties whose changes the view registers for.
+constexpr AudioUnitPropertyID kWatchedProperties[] = {kAudioUnitProperty_SampleRate, kPropertyInputLength};
+
+} // namespace
+
+NS_CLASS_TABLE(TonaroCocoaView, NSView, kTonaroViewBundleIdentifier)
+    .outlet("mWaveformPopup", &TonaroCocoaView::mWaveformPopup)
+    .outlet("mStartFrequencyText", &TonaroCocoaView::mStartFrequencyText)
+    .outlet("mEndFrequencyText", &TonaroCocoaView::mEndFrequencyText)
+    .outlet("mLogSweepCheckbox", &TonaroCocoaView::mLogSweepCheckbox)
+    .outlet("mGainSlider", &TonaroCocoaView::mGainSlider)
+    .outlet("mGainText", &TonaroCocoaView::mGainText)
+    .outlet("mEndFreqRangeText", &TonaroCocoaView::mEndFreqRangeText)
+    .outlet("mStartFreqRangeText", &TonaroCocoaView::mStartFreqRangeText)
+    .outlet("mEndFrequencySlider", &TonaroCocoaView::mEndFrequencySlider)
+    .outlet("mStartFrequencySlider", &TonaroCocoaView::mStartFrequencySlider)
+    .outlet("mUseEndCheckbox", &TonaroCocoaView::mUseEndCheckbox)
+    .action("onHelp:", &TonaroCocoaView::onHelp)
+    .action("waveformChanged:", &TonaroCocoaView::waveformChanged)
+    .action("gainChanged:", &TonaroCocoaView::gainChanged)
+    .action("startFrequencyChanged:", &TonaroCocoaView::startFrequencyChanged)
+    .action("endFrequencyChanged:", &TonaroCocoaView::endFrequencyChanged)
+    .action("startFrequencySliderChanged:", &TonaroCocoaView::startFrequencySliderChanged)
+    .action("endFrequencySliderChanged:", &TonaroCocoaView::endFrequencySliderChanged)
+    .action("logSweepChanged:", &TonaroCocoaView::logSweepChanged)
+    .action("useEndCheckboxChanged:", &TonaroCocoaView::useEndCheckboxChanged)
+NS_CLASS_TABLE_END
+
+void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t, float value)
+{
+    static_cast<TonaroCocoaView*>(userData)->_eventListener(object, event, value);
+}
+
+void TonaroCocoaView::awakeFromNib()
+{
+    const NSBundle* bundle = NSBundle::bundleForClass(classTable());
+    const RetainPtr<NSString> path =
+        bundle ? bundle->pathForImageResource(NSString::string("PluginPattern").get()) : nullptr;
+    const auto image = make<NSImage>(&NSImage::initByReferencingFile, path);
+    mBackgroundColor = NSColor::colorWithPatternImage(image);
+}
+
+void TonaroCocoaView::drawRect(NSRect dirty)
+{
+    if (mBackgroundColor) mBackgroundColor->set();
+    NSRectFill(dirty);
+}
+
+void TonaroCocoaView::setAU(AudioUnit unit)
+{
+    if (mAU) _removeListeners();
+    mAU = unit;
+    mGainSlider.call(&NSSlider::setMinValue, kLowestGainDecibels);
+    if (auto* formatter = asKind<NSNumberFormatter>(mGainText.call(&NSControl::formatter)))
+        formatter->setNegativeInfinitySymbol(NSString::string("-Inf").get());
+    _addListeners();
+    _synchronizeUIWithAU();
+}
+
+void TonaroCocoaView::_addListeners()
+{
+    report(AUEventListenerCreate(EventListenerDispatcher, this, CFRunLoopGetCurrent(), kCFRunLoopCommonModes, kListenerSeconds,
+                                 kListenerSeconds, &mEventListener),
+           __func__, kCreateFailed);
+
+    std::array<AudioUnitParameterID, kParamCount> parameterIDs{};
+    AudioUnitEvent event{};
+    event.mEventType = kAudioUnitEvent_ParameterValueChange;
+    for (AudioUnitParameterID id = 0; id < kParamCount; ++id) {
+        parameterIDs[id] = id;
+        mParameter[id] = {mAU, id, kAudioUnitScope_Global, 0};
+        event.mArgument.mParameter = mParameter[id];
+        report(AUEventListenerAddEventType(mEventListener, this, &event), __func__, kAddFailed);
+    }
+    event.mEventType = kAudioUnitEvent_PropertyChange;
+    for (const AudioUnitPropertyID property : kWatchedProperties) {
+        event.mArgument.mProperty = {mAU, property, kAudioUnitScope_Global, 0};
+        report(AUEventListenerAddEventType(mEventListener, this, &event), __func__, kAddFailed);
+    }
+
+    mParamSetter = make<ZeParameterSetter>(&ZeParameterSetter::initWithAudioUnit, mAU, mEventListener, parameterIDs.data(),
+                                           unsigned{kParamCount});
+    mParamSetter->addZeSlider(mGainSlider, kParamGain);
+    mParamSetter->addZeSlider(mStartFrequencySlider, kParamStartFrequency);
+    mParamSetter->addZeSlider(mEndFrequencySlider, kParamEndFrequency);
+}
+
+void TonaroCocoaView::_removeListeners()
+{
+    // a drag that goes on ends here, while its gesture can still reach the unit at which it began
+    if (window()) window()->endTracking(this);
+
+    const AUEventListenerRef listener = std::exchange(mEventListener, nullptr);
+    const RetainPtr<ZeParameterSetter> setter = std::move(mParamSetter);
+    report(AUListenerDispose(listener), __func__, kDisposeFailed);
+}
+
+void TonaroCocoaView::dealloc()
+{
+    if (mAU) _removeListeners();
+    mBackgroundColor.reset();
+    NSView::dealloc();
+}
+
+void TonaroCocoaView::report(OSStatus status, SEL method, const char* message, std::source_location where)
+{
+    if (status == noErr) return;
+    NSAssertionHandler::currentHandler()->handleFailureInMethod(method, this, where.file_name(), static_cast<int>(where.line()),
+                                                                NSString::string(message).get());
+}

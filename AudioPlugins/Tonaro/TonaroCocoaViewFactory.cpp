@@ -1,0 +1,25 @@
+#include "TonaroCocoaViewFactory.h"
+
+#include "AppKit/NSNib.h"
+#include "Foundation/NSAutoreleasePool.h"
+#include "Foundation/NSLog.h"
+
+NS_CLASS_TABLE(TonaroCocoaViewFactory, NSObject, kTonaroViewBundleIdentifier)
+    .outlet("uiFreshlyLoadedView", &TonaroCocoaViewFactory::uiFreshlyLoadedView)
+NS_CLASS_TABLE_END
+
+std::uint32_t TonaroCocoaViewFactory::interfaceVersion() const { return 0; }
+
+RetainPtr<NSString> TonaroCocoaViewFactory::description() const { return NSString::string(" Cocoa View"); }
+
+NSView* TonaroCocoaViewFactory::uiViewForAudioUnit(AudioUnit unit, NSSize)
+{
+    if (!NSLoadNibNamed(NSString::string("TonaroCocoaView").get(), this) || !uiFreshlyLoadedView) {
+        NSLog("Unable to load nib for view.");
+        return nullptr;
+    }
+    // out of the outlet before the unit is asked, so that a failure that throws leaves nothing behind here
+    RetainPtr<TonaroCocoaView> view = uiFreshlyLoadedView.take();
+    view->setAU(unit);
+    return NSAutorelease(std::move(view));
+}
