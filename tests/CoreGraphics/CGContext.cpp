@@ -1,0 +1,394 @@
+#include "Pixels.h"
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr CGRect kAll{{0, 0}, {1000, 1000}};
+
+RetainPtr<CGImage> checker() // black and white, 2 by 2
+{
+    const auto context = CGBitmapContextCreate(2, 2);
+    fill(context, kAll, 1, 1, 1, 1);
+    fill(context, CGRectMake(0, 0, 1, 1), 0, 0, 0, 1);
+    fill(context, CGRectMake(1, 1, 1, 1), 0, 0, 0, 1);
+    return CGBitmapContextCreateImage(context);
+}
+
+constexpr std::pair<const char*, char> kInk[] = {{"000000ff", '#'}, {"ffffffff", 'o'}, {"00000000", '.'}};
+
+} // namespace
+
+TEST(CGContext, BlendsPremultiplied)
+{
+    static const struct {
+        const char* why;
+        std::array<double, 4> below, above;
+        double stateAlpha;
+        const char* pixel;
+    } kRows[] = {
+        {"red comes first", {0, 0, 0, 0}, {1, 0, 0, 1}, 1, "ff0000ff"},
+        {"blue comes third", {0, 0, 0, 0}, {0, 0, 1, 1}, 1, "0000ffff"},
+        {"colour times alpha", {0, 0, 0, 0}, {1, 0.5, 0, 0.5}, 1, "80400080"},
+        {"half over opaque: 255 * 127 / 255 stays", {0, 1, 0, 1}, {1, 0, 0, 0.5}, 1, "807f00ff"},
+        {"the state's alpha multiplies", {0, 1, 0, 1}, {1, 0, 0, 1}, 0.5, "807f00ff"},
+        {"0.2 is 51 of 255", {1, 1, 1, 1}, {0, 0, 0, 1}, 0.2, "ccccccff"},
+        {"components are kept to their range", {0, 0, 0, 0}, {7, -1, kNaN, 2}, kInfinity, "ff0000ff"},
+        {"no alpha, no change", {0, 0, 1, 1}, {1, 1, 1, 1}, kNaN, "0000ffff"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        const auto context = CGBitmapContextCreate(1, 1);
+        fill(context, kAll, row.below[0], row.below[1], row.below[2], row.below[3]);
+        CGContextSetAlpha(context, row.stateAlpha);
+        fill(context, kAll, row.above[0], row.above[1], row.above[2], row.above[3]);
+        EXPECT_EQ(pixelOf(context, 0, 0), row.pixel);
+    }
+}
+
+TEST(CGContext, CoversPartOfAPixelInProportion)
+{
+    const auto context = CGBitmapContextCreate(3, 1);
+    fill(context, CGRectMake(0.5, 0, 1.75, 1), 1, 1, 1, 1);
+    EXPECT_EQ(pixelOf(context, 0, 0), "80808080");
+    EXPECT_EQ(pixelOf(context, 1, 0), "ffffffff");
+    EXPECT_EQ(pixelOf(context, 2, 0), "40404040");
+
+    const auto hard = CGBitmapContextCreate(3, 1);
+    CGContextSetShouldAntialias(hard, false);
+    fill(hard, CGRectMake(0.25, 0, 2, 1), 1, 1, 1, 1);
+    EXPECT_EQ(drawingOf(hard, kInk), "oo.\n");
+}
+
+TEST(CGContext, StaysCrispAtFractionalScales)
+{
+    const auto context = CGBitmapContextCreate(15, 1);
+    CGContextScaleCTM(context, 1.25, 1.25);
+    CGContextTranslateCTM(context, 2.4, 0);                     // 3 pixels
+    fill(context, CGRectMake(0.8, -0.8, 5.6, 2.4), 1, 1, 1, 1); // pixels 4 to 11
+    EXPECT_EQ(drawingOf(context, kInk), "....ooooooo....\n");
+}
+
+TEST(CGContext, PathsEncloseTheirArea)
+{
+    using std::numbers::pi;
+    static const struct {
+        const char* why;
+        void (*add)(CGContextRef);
+        double area;
+    } kRows[] = {
+        {"rectangle", [](CGContextRef c) { CGContextAddRect(c, CGRectMake(2.25, 3, 10, 7.5)); }, 75},
+        {"rounded", [](CGContextRef c) { CGContextAddRoundedRect(c, CGRectMake(2, 2, 20, 20), 8); },
+         400 - (4 - pi) * 64},
+        {"too large a radius is half the side",
+         [](CGContextRef c) { CGContextAddRoundedRect(c, CGRectMake(2, 2, 20, 20), 1e9); }, pi * 100},
+        {"no radius", [](CGContextRef c) { CGContextAddRoundedRect(c, CGRectMake(2, 2, 20, 20), kNaN); }, 400},
+        {"ellipse", [](CGContextRef c) { CGContextAddEllipseInRect(c, CGRectMake(2, 2, 28, 20)); }, pi * 140},
+        {"full circle", [](CGContextRef c) { CGContextAddArc(c, 16, 16, 12, 0, 99); }, pi * 144},
+        {"three quarters, by way of 0",
+         [](CGContextRef c) {
+             CGContextMoveToPoint(c, 16, 16);
+             CGContextAddArc(c, 16, 16, 12, pi / 2, 0);
+         },
+         0.75 * pi * 144},
+        {"triangle",
+         [](CGContextRef c) {
+             CGContextMoveToPoint(c, 2, 2);
+             CGContextAddLineToPoint(c, 22, 2);
+             CGContextAddLineToPoint(c, 2, 12);
+         },
+         100},
+        {"a path that wasn't moved to starts at its first point",
+         [](CGContextRef c) {
+             CGContextAddLineToPoint(c, 2, 2);
+             CGContextAddLineToPoint(c, 22, 2);
+             CGContextAddLineToPoint(c, 2, 12);
+         },
+         100},
+        {"what was begun anew is forgotten",
+         [](CGContextRef c) {
+             CGContextAddRect(c, CGRectMake(2, 2, 20, 20));
+             CGContextBeginPath(c);
+         },
+         0},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        const auto context = CGBitmapContextCreate(32, 32);
+        row.add(context);
+        CGContextFillPath(context);
+        EXPECT_NEAR(inkOf(context), row.area, 0.6);
+        EXPECT_EQ(pixelOf(context, 31, 31), "00000000");
+        CGContextFillPath(context); // consumed: nothing is drawn twice
+        EXPECT_NEAR(inkOf(context), row.area, 0.6);
+    }
+}
+
+TEST(CGContext, RoundedRectLeavesItsCornersOpen)
+{
+    const auto context = CGBitmapContextCreate(20, 20);
+    CGContextAddRoundedRect(context, CGRectMake(0, 0, 20, 20), 8);
+    CGContextFillPath(context);
+    for (std::size_t corner : {0u, 19u}) {
+        EXPECT_EQ(pixelOf(context, corner, corner), "00000000");
+        EXPECT_EQ(pixelOf(context, 19 - corner, corner), "00000000");
+        EXPECT_EQ(pixelOf(context, corner, 10), "000000ff");
+        EXPECT_EQ(pixelOf(context, 10, corner), "000000ff");
+    }
+}
+
+TEST(CGContext, ArcsTurnFromXTowardY)
+{
+    const auto context = CGBitmapContextCreate(20, 20);
+    CGContextMoveToPoint(context, 10, 10);
+    CGContextAddArc(context, 10, 10, 10, 0, std::numbers::pi / 2);
+    CGContextClosePath(context);
+    CGContextFillPath(context);
+    EXPECT_EQ(pixelOf(context, 14, 14), "000000ff"); // lower right
+    EXPECT_EQ(pixelOf(context, 14, 5), "00000000");
+    EXPECT_EQ(pixelOf(context, 5, 14), "00000000");
+}
+
+TEST(CGContext, PathPointsKeepTheTransformationTheyWereAddedUnder)
+{
+    const auto context = CGBitmapContextCreate(6, 1);
+    {
+        const ScopedGState state(context);
+        CGContextTranslateCTM(context, 2, 0);
+        CGContextAddRect(context, CGRectMake(0, 0, 1, 1));
+    }
+    CGContextScaleCTM(context, 2, 1);
+    CGContextAddRect(context, CGRectMake(2, 0, 1, 1));
+    CGContextFillPath(context);
+    EXPECT_EQ(drawingOf(context, kInk), "..#.##\n");
+}
+
+TEST(CGContext, StrokesWithTheWidthAndEndsOfTheState)
+{
+    const auto context = CGBitmapContextCreate(12, 5);
+    auto line = [&] {
+        CGContextMoveToPoint(context, 2, 2.5);
+        CGContextAddLineToPoint(context, 8, 2.5);
+        CGContextStrokePath(context);
+        const double ink = inkOf(context);
+        CGContextClearRect(context, kAll);
+        return ink;
+    };
+    EXPECT_NEAR(line(), 6, 0.1);
+    CGContextSetLineWidth(context, 3);
+    CGContextSetLineWidth(context, kNaN); // left out
+    EXPECT_NEAR(line(), 18, 0.1);
+    CGContextSetLineCap(context, kCGLineCapSquare);
+    EXPECT_NEAR(line(), 27, 0.1);
+    CGContextSetLineCap(context, kCGLineCapRound);
+    EXPECT_NEAR(line(), 18 + std::numbers::pi * 2.25, 0.5);
+    CGContextScaleCTM(context, 0.5, 0.5);
+    EXPECT_NEAR(line(), (18 + std::numbers::pi * 2.25) / 4, 0.5);
+}
+
+TEST(CGContext, FramesTheInsideOfARectangle)
+{
+    const auto context = CGBitmapContextCreate(6, 5);
+    CGContextStrokeRectWithWidth(context, CGRectMake(1, 0, 5, 4), 1);
+    EXPECT_EQ(drawingOf(context, kInk), ".#####\n.#...#\n.#...#\n.#####\n......\n");
+    CGContextStrokeRectWithWidth(context, CGRectMake(1, 0, 5, 4), 9);
+    CGContextClearRect(context, CGRectMake(2, 1, 1, 3));
+    EXPECT_EQ(drawingOf(context, kInk), ".#####\n.#.###\n.#.###\n.#.###\n......\n");
+}
+
+TEST(CGContext, RestoresEverythingItSaved)
+{
+    const auto context = CGBitmapContextCreate(4, 2);
+    CGContextSaveGState(context);
+    CGContextClipToRect(context, CGRectMake(1, 0, 1, 9));
+    CGContextTranslateCTM(context, 1, 1);
+    CGContextSetAlpha(context, 0);
+    fill(context, kAll, 1, 0, 0, 1);
+    CGContextSetAlpha(context, 1);
+    fill(context, kAll, 1, 1, 1, 1);
+    CGContextRestoreGState(context);
+    CGContextRestoreGState(context); // one too many
+    EXPECT_EQ(drawingOf(context, kInk), "....\n.o..\n");
+    CGContextFillRect(context, CGRectMake(2, 0, 1, 1)); // black again, anywhere
+    EXPECT_EQ(drawingOf(context, kInk), "..#.\n.o..\n");
+    EXPECT_EQ(CGContextGetCTM(context).tx, 0);
+}
+
+TEST(CGContext, ClipsToPathsThatMeet)
+{
+    const auto context = CGBitmapContextCreate(4, 3);
+    CGContextAddRect(context, CGRectMake(0, 0, 3, 3));
+    CGContextClip(context);
+    CGContextClipToRect(context, CGRectMake(2, 1, 9, 9));
+    fill(context, kAll, 1, 1, 1, 1);
+    EXPECT_EQ(drawingOf(context, kInk), "....\n..o.\n..o.\n");
+}
+
+TEST(CGContext, PatternsStartAtThePhaseWhateverTheView)
+{
+    const auto image = checker();
+    const auto color = CGColorCreateWithPatternImage(image, 1);
+    const auto context = CGBitmapContextCreate(6, 2);
+    CGContextSetFillColorWithColor(context, color);
+    CGContextFillRect(context, CGRectMake(0, 0, 3, 2));
+    CGContextTranslateCTM(context, 3, 0); // the neighbour goes on where the first one ended
+    CGContextFillRect(context, CGRectMake(0, 0, 3, 2));
+    EXPECT_EQ(drawingOf(context, kInk), "#o#o#o\no#o#o#\n");
+    CGContextSetPatternPhase(context, {1, 0});
+    CGContextFillRect(context, CGRectMake(0, 0, 3, 2));
+    EXPECT_EQ(drawingOf(context, kInk), "#o##o#\no#oo#o\n");
+}
+
+TEST(CGContext, PatternsFollowTheScaleSharply)
+{
+    const auto image = checker();
+    const auto once = CGColorCreateWithPatternImage(image, 1), twice = CGColorCreateWithPatternImage(image, 2);
+    const auto context = CGBitmapContextCreate(8, 2);
+    CGContextScaleCTM(context, 2, 2);
+    CGContextSetFillColorWithColor(context, once);
+    CGContextFillRect(context, CGRectMake(0, 0, 2, 1));
+    CGContextSetFillColorWithColor(context, twice);
+    CGContextFillRect(context, CGRectMake(2, 0, 2, 1));
+    EXPECT_EQ(drawingOf(context, kInk), "##oo#o#o\n##ooo#o#\n");
+
+    CGContextClearRect(context, kAll);
+    CGContextSetAlpha(context, 0.5);
+    CGContextFillRect(context, CGRectMake(0, 0, 2, 1));
+    EXPECT_EQ(pixelOf(context, 0, 0), "00000080");
+    EXPECT_EQ(pixelOf(context, 1, 0), "80808080");
+    EXPECT_EQ(pixelOf(context, 6, 0), "00000000");
+}
+
+TEST(CGContext, DrawsImagesUpright)
+{
+    const auto context = CGBitmapContextCreate(6, 6);
+    const auto f = letterF();
+    CGContextDrawImage(context, CGRectMake(1, 0, 4, 5), f);
+    EXPECT_EQ(drawingOf(context, kInk), ".oooo.\n.o###.\n.ooo#.\n.o###.\n.o###.\n......\n");
+    CGContextSetAlpha(context, 0.5);
+    CGContextClearRect(context, kAll);
+    CGContextDrawImage(context, CGRectMake(1, 0, 4, 5), f);
+    EXPECT_EQ(pixelOf(context, 1, 0), "80808080");
+    EXPECT_EQ(pixelOf(context, 2, 1), "00000080");
+}
+
+TEST(CGContext, ScaledImagesReachTheirEdgesAndNoFarther)
+{
+    const auto context = CGBitmapContextCreate(14, 14);
+    CGContextScaleCTM(context, 1.5, 1.5);
+    const auto f = letterF();
+    CGContextDrawImage(context, CGRectMake(2, 2, 4, 6), f); // pixels 3 to 9, 3 to 12
+    EXPECT_EQ(pixelOf(context, 3, 3), "ffffffff");
+    EXPECT_EQ(pixelOf(context, 3, 11), "ffffffff");
+    EXPECT_EQ(pixelOf(context, 8, 11), "000000ff");
+    EXPECT_NEAR(inkOf(context), 6 * 9, 1e-9);
+}
+
+TEST(CGContext, GradientsRunBetweenTheirPoints)
+{
+    const auto red = CGColorCreateRGBA(1, 0, 0, 1), blue = CGColorCreateRGBA(0, 0, 1, 1);
+    const CGColorRef colors[] = {red, blue};
+    const CGFloat locations[] = {0, 1};
+    const auto gradient = CGGradientCreate(colors, locations);
+    const auto context = CGBitmapContextCreate(104, 1);
+    CGContextDrawLinearGradient(context, gradient, {2, 0}, {102, 0});
+    auto channel = [&](std::size_t x, std::size_t k) { return int(CGBitmapContextGetPixels(context)[4 * x + k]); };
+    EXPECT_EQ(pixelOf(context, 1, 0), "00000000");
+    EXPECT_EQ(pixelOf(context, 102, 0), "00000000");
+    for (std::size_t x = 2; x < 102; ++x) {
+        const double t = (double(x) - 1.5) / 100;
+        EXPECT_NEAR(channel(x, 0), 255 * (1 - t), 1.5) << x;
+        EXPECT_NEAR(channel(x, 2), 255 * t, 1.5) << x;
+        EXPECT_EQ(channel(x, 3), 255) << x;
+    }
+    EXPECT_FALSE(CGGradientCreate({}, locations));
+}
+
+TEST(CGContext, SnapshotsOutliveTheContextAndItsChanges)
+{
+    RetainPtr<CGImage> image;
+    {
+        const auto context = CGBitmapContextCreate(2, 1);
+        fill(context, CGRectMake(0, 0, 1, 1), 1, 0, 0, 1);
+        image = CGBitmapContextCreateImage(context);
+        fill(context, kAll, 0, 0, 1, 1);
+    }
+    EXPECT_EQ(hexOf(CGImageGetPixels(image), 0), "ff0000ff");
+    EXPECT_EQ(hexOf(CGImageGetPixels(image), 1), "00000000");
+}
+
+TEST(CGContext, RefusesSizesThatNoBitmapHas)
+{
+    EXPECT_FALSE(CGBitmapContextCreate(0, 1));
+    EXPECT_FALSE(CGBitmapContextCreate(1, 32768));
+    EXPECT_FALSE(CGBitmapContextCreate(std::size_t(-1), 1));
+    EXPECT_TRUE(CGBitmapContextCreate(32767, 1));
+}
+
+// Every call with every strange number; afterwards the context draws as if nothing had been.
+TEST(CGContext, SurvivesAnyNumbers)
+{
+    const auto context = CGBitmapContextCreate(8, 8);
+    const auto f = letterF();
+    const auto pattern = CGColorCreateWithPatternImage(f, 1e-300);
+    const auto white = CGColorCreateRGBA(1, 1, 1, 1);
+    const CGColorRef colors[] = {white, nullptr};
+    static constexpr double kStrange[] = {kNaN, kInfinity, -kInfinity, 1e308, -1e308, 1e-308, 3e9, -8e6, 1e5, 0, -1};
+    for (const double v : kStrange) {
+        const auto gradient = CGGradientCreate(colors, std::array{v, 0.5});
+        for (const double w : kStrange) {
+            const ScopedGState state(context);
+            const CGRect rects[] = {{{v, w}, {w, v}}, {{1, v}, {3, w}}, {{v, 1}, {w, 3}}};
+            for (const CGRect& r : rects) {
+                CGContextFillRect(context, r);
+                CGContextStrokeRectWithWidth(context, r, w);
+                CGContextDrawImage(context, r, f);
+                CGContextAddRoundedRect(context, r, w);
+                CGContextAddEllipseInRect(context, r);
+                CGContextFillPath(context);
+            }
+            CGContextSetLineWidth(context, w);
+            CGContextMoveToPoint(context, v, w);
+            CGContextAddLineToPoint(context, 4, 4);
+            CGContextAddCurveToPoint(context, 1, 2, v, 4, 5, w);
+            CGContextAddArc(context, 4, 4, v, w, v);
+            CGContextStrokePath(context);
+            CGContextDrawLinearGradient(context, gradient, {v, 0}, {0, w});
+            CGContextSetPatternPhase(context, {v, w});
+            CGContextScaleCTM(context, v, w);
+            CGContextTranslateCTM(context, w, v);
+            CGContextSetFillColorWithColor(context, pattern);
+            CGContextFillRect(context, CGRectMake(0, 0, 4, 4));
+            CGContextDrawImage(context, CGRectMake(0, 0, 4, 4), f);
+            CGContextSetStrokeColorWithColor(context, pattern);
+            CGContextAddRect(context, CGRectMake(1, 1, 4, 4));
+            CGContextStrokePath(context);
+            CGContextClipToRect(context, CGRectMake(v, w, 5, 5));
+        }
+    }
+    CGContextClearRect(context, kAll);
+    EXPECT_EQ(inkOf(context), 0);
+    CGContextFillRect(context, CGRectMake(1, 1, 3, 3));
+    EXPECT_EQ(inkOf(context), 9);
+}
+
+TEST(CGContext, NothingHappensWithoutContextColorOrImage)
+{
+    CGContextSaveGState(nullptr);
+    CGContextFillRect(nullptr, kAll);
+    CGContextStrokePath(nullptr);
+    EXPECT_TRUE(CGBitmapContextGetPixels(nullptr).empty());
+    EXPECT_FALSE(CGBitmapContextCreateImage(nullptr));
+    EXPECT_FALSE(CGColorCreateWithPatternImage(nullptr, 1));
+
+    const auto context = CGBitmapContextCreate(2, 2);
+    CGContextDrawImage(context, kAll, nullptr);
+    CGContextDrawLinearGradient(context, nullptr, {}, {1, 1});
+    CGContextSetFillColorWithColor(context, nullptr);
+    CGContextFillRect(context, kAll);
+    EXPECT_EQ(inkOf(context), 0);
+}
