@@ -42,8 +42,8 @@ void Send(const NSObservation& observation, const std::string& name)
 std::shared_ptr<NSObservation> FollowFor(NSObject* bound, const std::string& name, NSObject* observable,
                                          const NSString* keyPath)
 {
-    auto observation = NSObserve(observable, bound, keyPath,
-                                 [name](const NSObservation& changed) { Send(changed, name); });
+    auto observation =
+        NSObserve(observable, bound, keyPath, [name](const NSObservation& changed) { Send(changed, name); });
     observation->bound = true;
     return observation;
 }

@@ -6,9 +6,10 @@
 /// The first formatter of a process takes about 30 ms, so keep one. An exact half rounds to the even digit: 2.665 gives
 /// "2.66".
 ///
-/// Reading trims blanks, must use up the text, knows no exponent and refuses not-a-number. Besides the locale's own
-/// writing it accepts plain digits with one '.', where that is no grouping: in German "1000.5" is 1000.5, but "1.000"
-/// is 1000. Minus infinity reads by its symbol, in capitals or not.
+/// Reading trims blanks, must use up the text, knows no exponent and refuses not-a-number, and text of more than 1000
+/// units. It accepts the locale's own writing, grouped or not, a leading '+', and plain digits with one '.' where that
+/// is no grouping: in German "1000.5" is 1000.5, "1.5" is 1.5 and "1.000" is 1000. Minus infinity reads by its symbol,
+/// in capitals or not.
 
 #include "Foundation/NSFormatter.h"
 #include "Foundation/NSNumber.h"
@@ -52,7 +53,7 @@ public:
     void setMaximum(NSNumber* maximum) { mMaximum = maximum; }
 
     RetainPtr<NSString> stringFromNumber(const NSNumber* number) const;
-    /// A 64-bit integer where the text stands for one, else a float; null for text that is no number.
+    /// A 64-bit integer where the text stands for one, else a float; null for text that is refused.
     RetainPtr<NSNumber> numberFromString(const NSString* text) const;
 
     /// A text as object (what stands in a field) is read first.
@@ -62,6 +63,8 @@ public:
 
 private:
     struct Backend;
+    /// @return null with a reason in `error`
+    RetainPtr<NSNumber> read(const NSString* text, RetainPtr<NSString>* error) const;
     std::unique_ptr<Backend> mBackend;
     RetainPtr<NSNumber> mMinimum, mMaximum;
     RetainPtr<NSString> mNegativeInfinity;

@@ -1,0 +1,107 @@
+#include "Foundation/NSPropertyList.h"
+
+#include "Foundation/NSDictionary.h"
+#include "Foundation/NSNumber.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <plist/plist.h>
+
+namespace {
+
+template <auto Release> struct Releaser {
+    void operator()(auto* object) const { Release(object); }
+};
+using Node = std::unique_ptr<void, Releaser<plist_free>>;
+using Text = std::unique_ptr<char, Releaser<std::free>>;
+using Iterator = std::unique_ptr<void, Releaser<std::free>>;
+
+constexpr int kDeepest = 64;
+constexpr std::size_t kLargestFile = std::size_t{16} << 20;
+
+RetainPtr<NSObject> ObjectOf(plist_t node, int depth);
+
+RetainPtr<NSObject> DictionaryOf(plist_t node, int depth)
+{
+    auto dictionary = make<NSMutableDictionary>();
+    plist_dict_iter raw = nullptr;
+    plist_dict_new_iter(node, &raw);
+    const Iterator iterator(raw);
+    for (;;) {
+        char* rawKey = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, raw, &rawKey, &item);
+        const Text key(rawKey);
+        if (!item) return dictionary;
+        const RetainPtr<NSObject> object = ObjectOf(item, depth + 1);
+        if (key && object) dictionary->setObject(object, NSString::string(key.get()).get());
+    }
+}
+
+RetainPtr<NSObject> ArrayOf(plist_t node, int depth)
+{
+    std::vector<RetainPtr<NSObject>> objects;
+    for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i)
+        if (RetainPtr<NSObject> object = ObjectOf(plist_array_get_item(node, i), depth + 1))
+            objects.push_back(std::move(object));
+    return NSArray::array(std::move(objects));
+}
+
+RetainPtr<NSObject> StringOf(plist_t node)
+{
+    char* raw = nullptr;
+    plist_get_string_val(node, &raw);
+    const Text text(raw);
+    return text ? NSString::string(text.get()) : nullptr;
+}
+
+RetainPtr<NSObject> ObjectOf(plist_t node, int depth)
+{
+    if (depth > kDeepest) return nullptr;
+    std::uint8_t truth = 0;
+    std::uint64_t integer = 0;
+    double real = 0.0;
+    switch (plist_get_node_type(node)) {
+    case PLIST_DICT:
+        return DictionaryOf(node, depth);
+    case PLIST_ARRAY:
+        return ArrayOf(node, depth);
+    case PLIST_STRING:
+        return StringOf(node);
+    case PLIST_BOOLEAN:
+        plist_get_bool_val(node, &truth);
+        return NSNumber::numberWithBool(truth != 0);
+    case PLIST_UINT:
+        plist_get_uint_val(node, &integer);
+        return NSNumber::numberWithLongLong(static_cast<std::int64_t>(integer));
+    case PLIST_REAL:
+        plist_get_real_val(node, &real);
+        return NSNumber::numberWithDouble(real);
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+RetainPtr<NSObject> NSReadPropertyList(std::string_view bytes)
+{
+    if (bytes.size() > kLargestFile) return nullptr;
+    plist_t raw = nullptr;
+    plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &raw);
+    const Node root(raw);
+    return root ? ObjectOf(raw, 0) : nullptr;
+}
+
+bool NSReadFile(const std::string& path, std::string& bytes)
+{
+    std::ifstream file(path, std::ios::binary);
+    char chunk[16384];
+    bytes.clear();
+    do {
+        file.read(chunk, sizeof chunk);
+        bytes.append(chunk, static_cast<std::size_t>(file.gcount()));
+    } while (file && bytes.size() <= kLargestFile);
+    return file.is_open() && !file.bad() && bytes.size() <= kLargestFile;
+}
