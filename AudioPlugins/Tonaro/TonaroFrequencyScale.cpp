@@ -36,7 +36,8 @@ struct Span {
 
 Span spanOfLabel(const TonaroFrequencyScale::Mark& mark)
 {
-    const CGFloat width = CTLineGetTypographicBounds(CTLineCreate(NSUTF16FromUTF8(mark.label), NSSmallSystemFont())).width;
+    const auto line = CTLineCreate(NSUTF16FromUTF8(mark.label), NSSmallSystemFont());
+    const CGFloat width = CTLineGetTypographicBounds(line).width;
     return {mark.x - width / 2, mark.x + width / 2};
 }
 
