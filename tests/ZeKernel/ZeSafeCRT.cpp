@@ -54,6 +54,9 @@ bool StartUpWasApplied()
            std::string(nl_langinfo(CODESET)) == "UTF-8";
 }
 
+// before anything else can change it
+const bool kStartUpWasApplied = StartUpWasApplied();
+
 } // namespace
 
 // The child is a fresh start of this program: what it finds was set while its static objects were made.
@@ -63,7 +66,7 @@ TEST(StartUpDeathTest, SetsTheFileLimitAndTheLocale)
     for (const rlim_t before : {rlim_t(500), rlim_t(8000)}) {
         const ScopedFileLimit limit(before);
         if (!limit.isSet()) continue; // the hard limit is lower
-        EXPECT_EXIT(std::exit(StartUpWasApplied() ? 0 : 1), testing::ExitedWithCode(0), "") << before;
+        EXPECT_EXIT(std::exit(kStartUpWasApplied ? 0 : 1), testing::ExitedWithCode(0), "") << before;
     }
 }
 
