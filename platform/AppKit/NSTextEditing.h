@@ -43,6 +43,8 @@ public:
 
     /// A new edit of `text`: the caret at its end, nothing to undo.
     void start(std::u16string text);
+    /// Other text in place of this one, with nothing typed yet: the selection stays where it was, or stays everything.
+    void restart(std::u16string text);
     const std::u16string& text() const { return mText; }
     /// Whether the person changed something since the start that was not undone.
     bool isEdited() const { return mForgotChanges || !mDone.empty(); }
@@ -55,6 +57,7 @@ public:
     void move(Direction direction, Unit unit, Selecting selecting);
     /// A press at `index`: places the caret there, or selects the word or the whole text there.
     void press(std::size_t index, Unit unit, Selecting selecting);
+    Unit pressUnit() const { return mPressUnit; }
     /// The pointer was dragged on to `index`: the selection grows by the unit of the press.
     void drag(std::size_t index);
 

@@ -5,12 +5,13 @@
 #include "AppKit/NSEvent.h"
 #include "AppKit/NSTextEditing.h"
 
+/// In this order: what changes nothing, what changes the text, what the whole field must decide.
 enum class NSTextAction {
     none, ///< not a key of the editor
     move,
-    erase,
     selectAll,
     copy,
+    erase,
     cut,
     paste,
     undo,
@@ -19,6 +20,8 @@ enum class NSTextAction {
     cancel,
     stepUp,
     stepDown,
+    firstChange = erase,
+    firstOfField = accept,
 };
 
 struct NSTextCommand {
