@@ -5,6 +5,7 @@
 function(tonaro_library name)
   cmake_parse_arguments(arg "" "" "INCLUDE;LINK;USES" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  list(FILTER sources EXCLUDE REGEX "/main[.]cpp$") # a program's own
   if(NOT sources MATCHES "[.]cpp")
     file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp "")
     list(APPEND sources ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp)

@@ -27,7 +27,7 @@ struct NSClass {
         const char* name;
         const char* className;                                         ///< what may be connected
         std::function<bool(NSObject* owner, NSObject* value)> connect; ///< false when `value` is of another class
-        std::function<bool(const NSObject* owner)> isConnected;
+        std::function<const NSObject*(const NSObject* owner)> get; ///< what is connected; null for nothing
     };
     struct Key {
         const char* name;
@@ -120,7 +120,7 @@ public:
                  if (typed) static_cast<T*>(owner)->*member = typed;
                  return typed != nullptr;
              },
-             [member](const NSObject* owner) { return bool(static_cast<const T*>(owner)->*member); }});
+             [member](const NSObject* owner) { return (static_cast<const T*>(owner)->*member).get(); }});
         return std::move(*this);
     }
 

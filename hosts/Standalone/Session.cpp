@@ -1,0 +1,75 @@
+#include "Standalone/Session.h"
+
+#include "AppKit/NSApplication.h"
+#include "Foundation/NSAutoreleasePool.h"
+#include "Standalone/Settings.h"
+#include "TonaroCocoaViewFactory.h"
+
+#include <charconv>
+
+std::string shortestText(float value)
+{
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, value).ptr};
+}
+
+void UnitTrace::gestureBegan(AudioUnitParameterID parameter)
+{
+    std::fprintf(mFile, "begin %u\n", parameter);
+    std::fflush(mFile);
+}
+
+void UnitTrace::parameterSet(AudioUnitParameterID parameter, float requested)
+{
+    std::fprintf(mFile, "set %u %s\n", parameter, shortestText(requested).c_str());
+    std::fflush(mFile);
+}
+
+void UnitTrace::gestureEnded(AudioUnitParameterID parameter)
+{
+    std::fprintf(mFile, "end %u\n", parameter);
+    std::fflush(mFile);
+}
+
+Session::Session(const Options& options)
+{
+    applySettings(mUnit, options.settings);
+    if (options.trace) mUnit.setObserver(&mTrace);
+}
+
+Session::~Session()
+{
+    mLastClosed = nullptr;
+    while (!mWindows.empty()) mWindows.back()->close();
+    mUnit.setObserver(nullptr);
+}
+
+NSWindow* Session::openEditor(double scale)
+{
+    const NSAutoreleasePool pool; // the factory's view belongs to the window alone when this returns
+    const auto factory = make<TonaroCocoaViewFactory>();
+    NSView* view = factory->uiViewForAudioUnit(&mUnit, {});
+    if (!view) throw InputError{"the editor can't be opened"};
+
+    NSBackendWindowOptions options;
+    options.contentSize = view->frame().size;
+    options.scale = scale;
+    const auto window = make<NSWindow>(&NSWindow::initWithDisplay, NSApplication::sharedApplication()->display(), options);
+    if (!window) throw InputError{"the window can't be opened"};
+    window->setTitle(NSString::string("Tonaro").get());
+    window->setContentView(view);
+    window->setCloseHandler([this, closed = window.get()] { forget(closed); });
+    mWindows.push_back(window);
+    return window;
+}
+
+TonaroCocoaView* Session::editor(std::size_t index) const
+{
+    return asKind<TonaroCocoaView>(mWindows.at(index)->contentView());
+}
+
+void Session::forget(NSWindow* window)
+{
+    std::erase_if(mWindows, [window](const RetainPtr<NSWindow>& other) { return other == window; });
+    if (mWindows.empty() && mLastClosed) mLastClosed();
+}

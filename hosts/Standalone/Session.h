@@ -1,0 +1,54 @@
+#pragma once
+
+/// One tone unit and the editors on it.
+
+#include "AppKit/NSWindow.h"
+#include "Standalone/Options.h"
+#include "TonaroCocoaView.h"
+#include "ToneUnit/ToneUnit.h"
+
+#include <cstdio>
+
+/// Something in the input is wrong: the message names it.
+struct InputError {
+    std::string message;
+};
+
+/// Prints what reaches the unit, a line each, flushed at once: "begin 1", "set 1 440", "end 1".
+class UnitTrace final : public ToneUnitObserver {
+public:
+    explicit UnitTrace(std::FILE* file) : mFile(file) {}
+    void gestureBegan(AudioUnitParameterID parameter) override;
+    void parameterSet(AudioUnitParameterID parameter, float requested) override;
+    void gestureEnded(AudioUnitParameterID parameter) override;
+
+private:
+    std::FILE* mFile;
+};
+
+/// The shortest text that reads back as the same float.
+std::string shortestText(float value);
+
+class Session {
+public:
+    /// Makes the unit and gives it the settings. @throw UsageError, InputError
+    explicit Session(const Options& options);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// A window with an editor on the unit, on the application's display, not shown yet. @throw InputError
+    NSWindow* openEditor(double scale);
+    TonaroCocoaView* editor(std::size_t index) const;
+    std::size_t openEditors() const { return mWindows.size(); }
+    /// Called when the last editor closed.
+    void setLastClosedHandler(std::function<void()> handler) { mLastClosed = std::move(handler); }
+
+private:
+    void forget(NSWindow* window);
+
+    UnitTrace mTrace{stdout};
+    ToneUnit mUnit;
+    std::vector<RetainPtr<NSWindow>> mWindows;
+    std::function<void()> mLastClosed;
+};

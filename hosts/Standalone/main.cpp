@@ -1,0 +1,78 @@
+// tonaro: the editor on a tone unit, in a window of its own.
+
+#include "AppKit/NSApplication.h"
+#include "Foundation/NSAssertionHandler.h"
+#include "Foundation/NSAutoreleasePool.h"
+#include "Foundation/NSLog.h"
+#include "Standalone/Bundles.h"
+#include "Standalone/Demo.h"
+#include "X11/X11Display.h"
+
+namespace {
+
+enum ExitStatus { kDone = 0, kInputWrong = 1, kUsageWrong = 2 };
+
+/// Writes failures of the unit to the log; work goes on.
+class LoggingAssertionHandler final : public NSAssertionHandler {
+public:
+    void handleFailureInMethod(SEL, NSObject*, const char* file, int line, const NSString* description) override
+    {
+        NSLog("%s:%d: %s", file, line, description->utf8().c_str());
+    }
+};
+
+void runWindows(const Options& options)
+{
+    NSApplication* application = NSApplication::sharedApplication();
+    std::string error;
+    std::unique_ptr<NSDisplay> display = NSMakeX11Display(nullptr, &error);
+    if (!display) throw InputError{error + "; --demo and --screenshot need no display"};
+    application->setDisplay(std::move(display));
+
+    Session session(options);
+    session.setLastClosedHandler([application] { application->stop(); });
+    for (int i = 0; i < options.editors; ++i) session.openEditor(options.scale)->orderFront();
+    application->run();
+}
+
+int runMode(const Options& options)
+{
+    switch (options.mode) {
+    case Options::Mode::help: std::fputs(helpText().c_str(), stdout); break;
+    case Options::Mode::version: std::puts("tonaro " TONARO_VERSION); break;
+    case Options::Mode::screenshot: takeScreenshot(options); break;
+    case Options::Mode::controls: printControls(options); break;
+    case Options::Mode::demo: runDemo(options); break;
+    case Options::Mode::window: runWindows(options); break;
+    }
+    return kDone;
+}
+
+int run(int argc, char** argv)
+{
+    const Options options = parseOptions(argc, argv);
+    const NSAutoreleasePool pool;
+    NSAssertionHandler::setCurrentHandler(make<LoggingAssertionHandler>().get());
+    registerBundles();
+    const int status = runMode(options);
+    NSApplication::sharedApplication()->setDisplay(nullptr);
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const UsageError& error) {
+        if (!error.message.empty()) std::fprintf(stderr, "tonaro: %s\n", error.message.c_str());
+        std::fputs("Try 'tonaro --help'.\n", stderr);
+        return kUsageWrong;
+    } catch (const InputError& error) {
+        std::fprintf(stderr, "tonaro: %s\n", error.message.c_str());
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "tonaro: %s\n", error.what());
+    }
+    return kInputWrong;
+}
