@@ -34,11 +34,14 @@ template <typename Visit> void forEachBoundary(const CTLine::Contents& line, Vis
     }
 }
 
-bool isWithinReach(cairo_t* cairo, CGPoint origin)
+/// Whether the library below can draw there without giving up on the context for good.
+bool isWithinReach(cairo_t* cairo, CGPoint origin, CGFloat size)
 {
-    constexpr double kFarthest = 1 << 21; // device pixels; farther out Cairo's arithmetic wraps around
+    constexpr double kFarthest = 1 << 21, kLargest = 1 << 15; // device pixels
+    double right = size, down = size;
     cairo_user_to_device(cairo, &origin.x, &origin.y);
-    return std::abs(origin.x) < kFarthest && std::abs(origin.y) < kFarthest;
+    cairo_user_to_device_distance(cairo, &right, &down);
+    return std::abs(origin.x) < kFarthest && std::abs(origin.y) < kFarthest && std::hypot(right, down) < kLargest;
 }
 
 } // namespace
@@ -61,7 +64,7 @@ RetainPtr<CTLine> CTLineCreate(std::u16string_view text, CTFontRef font)
     PangoText layout = CTLayoutOf(font->contents().description.get(), shaped.utf8);
     PangoLayoutLine* line = pango_layout_get_line_readonly(layout.get(), 0);
     return RetainPtr<CTLine>::adopt(new CTLine(std::make_unique<CTLine::Contents>(
-        CTLine::Contents{std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
+        CTLine::Contents{CTFontGetSize(font), std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
 }
 
 CTLineBounds CTLineGetTypographicBounds(CTLineRef line) { return line ? line->contents().bounds : CTLineBounds{}; }
@@ -70,7 +73,7 @@ void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef
 {
     if (!line) return;
     CGContextDrawInColor(context, color, [&](cairo_t* cairo) {
-        if (!isWithinReach(cairo, origin)) return;
+        if (!isWithinReach(cairo, origin, line->contents().size)) return;
         cairo_move_to(cairo, origin.x, origin.y);
         pango_cairo_show_layout_line(cairo, line->contents().line);
     });
@@ -131,9 +134,14 @@ std::vector<CTLineWord> CTLineGetWords(CTLineRef line)
     std::vector<CTLineWord> words;
     if (!line) return words;
     std::size_t start = 0;
+    bool hasText = false; // between two boundaries there may also be a space or a comma
     forEachBoundary(line->contents(), [&](std::size_t unit, const PangoLogAttr& attribute) {
-        if (attribute.is_word_end) words.push_back({start, unit});
-        if (attribute.is_word_start) start = unit;
+        if (attribute.is_word_boundary) {
+            if (hasText) words.push_back({start, unit});
+            start = unit;
+            hasText = false;
+        }
+        if (attribute.is_word_start) hasText = true;
     });
     return words;
 }

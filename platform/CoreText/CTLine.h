@@ -37,7 +37,7 @@ struct CTLineBounds {
 };
 CTLineBounds CTLineGetTypographicBounds(CTLineRef line);
 
-/// Draws with the baseline starting at `origin`.
+/// Draws with the baseline starting at `origin`; nothing where a letter would be over 32768 pixels.
 void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef color);
 
 /// The x of the caret before the UTF-16 unit `index`, from the line's start; the end for an index past the text.
@@ -54,7 +54,7 @@ std::vector<CTLineSpan> CTLineGetSelectionSpans(CTLineRef line, std::size_t star
 /// Where a caret may stand, ascending UTF-16 indices: 0 and the end included, never inside a character that people see
 /// as one.
 std::vector<std::size_t> CTLineGetCaretPositions(CTLineRef line);
-/// The ranges of the words, for word moves and double clicks: {0, 3} and {5, 8} for "one, two".
+/// The ranges of the words, for word moves and double clicks: {0, 3} and {5, 8} for "one, 3.5".
 struct CTLineWord {
     std::size_t start, end;
 };

@@ -34,6 +34,7 @@ struct CTShapedText {
 };
 
 struct CTLine::Contents {
+    CGFloat size; ///< of the font
     CTShapedText text;
     PangoText layout;
     PangoLayoutLine* line; ///< belongs to `layout`
