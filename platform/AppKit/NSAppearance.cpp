@@ -98,3 +98,10 @@ CTFontRef NSSystemFont(CGFloat size)
 }
 
 CTFontRef NSSmallSystemFont() { return NSSystemFont(NSMetrics::smallSystemFontSize); }
+
+CTFontRef NSSystemBoldFont()
+{
+    static const RetainPtr<CTFont> font =
+        CTFontCreateWithName("Lucida Grande-Bold"_ns.get(), NSMetrics::systemFontSize);
+    return font.get();
+}

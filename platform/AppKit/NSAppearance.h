@@ -71,3 +71,4 @@ inline constexpr CGFloat textInset = 10; ///< from the edge of a control to its 
 /// The font of controls at a size, made once for each size.
 CTFontRef NSSystemFont(CGFloat size = NSMetrics::systemFontSize);
 CTFontRef NSSmallSystemFont();
+CTFontRef NSSystemBoldFont();

@@ -7,8 +7,7 @@
 
 #include "AppKit/NSActionControl.h"
 #include "AppKit/NSButtonCell.h"
-
-class CFRunLoopTimer;
+#include "CoreFoundation/CFRunLoop.h"
 
 class NSButton : public NSActionControl {
 public:

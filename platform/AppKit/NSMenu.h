@@ -32,7 +32,8 @@ public:
 
     using Completion = std::function<void(NSMenuItem* chosen)>;
 
-    ~NSMenu() override;
+    /// Reads items.
+    bool initWithCoder(NSCoder& coder) override;
 
     NSMenuItem* addItemWithTitle(const NSString* title, SEL action, const NSString* keyEquivalent);
     void addItem(NSMenuItem* item);

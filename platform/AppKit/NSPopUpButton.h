@@ -35,6 +35,6 @@ public:
 
 private:
     NSPopUpButtonCell* popUpCell() const;
-    void openMenu(const NSEvent& event);
+    void openMenu(const NSEvent* press); ///< null for a key
     void menuDidClose(NSMenuItem* chosen);
 };

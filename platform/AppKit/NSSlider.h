@@ -45,14 +45,8 @@ public:
     /// A hundredth of the range a notch; up and right raise the value. Nothing while disabled or tracked.
     void scrollWheel(NSEvent& event) override;
 
-    void setDoubleValue(double value) override;
-    void setObjectValue(NSObject* value) override;
     NSRect focusRingBounds() const override;
     CGFloat focusRingRadius() const override;
-
-protected:
-    /// Sets the cell's value and the bound one; redraws. @return whether the value changed
-    bool changeCellValue(double value);
 
 private:
     struct Drag {
@@ -63,10 +57,14 @@ private:
 
     NSSliderCell* sliderCell() const;
     CGFloat positionAlongTrack(const NSEvent& event) const; ///< grows with the value
-    void dragTo(const NSEvent& event);
+    double insideRange(double value) const;
+    /// Sets the cell's value and the bound one, and redraws; sends nothing. @return whether the value changed
+    bool changeCellValue(double value);
+    void moveTo(double value);
     void writeBoundValue(double value);
 
     Drag mDrag;
+    CGFloat mLastPointer = 0;
     bool mTracking = false;
     bool mActionPending = false;
 };

@@ -7,8 +7,7 @@
 
 #include "AppKit/NSActionControl.h"
 #include "AppKit/NSStepperCell.h"
-
-class CFRunLoopTimer;
+#include "CoreFoundation/CFRunLoop.h"
 
 class NSStepper : public NSActionControl {
 public:

@@ -1,0 +1,82 @@
+#include "AppKit/NSControlDrawing.h"
+
+#include <cmath>
+
+void NSFillRounded(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName color)
+{
+    CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
+    CGContextBeginPath(context);
+    CGContextAddRoundedRect(context, rect, radius);
+    CGContextFillPath(context);
+}
+
+void NSDrawBox(CGContextRef context, NSRect rect, const NSBoxStyle& style)
+{
+    NSFillRounded(context, rect, style.radius, style.fill);
+    CGContextSetStrokeColorWithColor(context, NSAppearanceColor(style.border));
+    CGContextSetLineWidth(context, 1);
+    CGContextBeginPath(context);
+    CGContextAddRoundedRect(context, CGRectInset(rect, 0.5, 0.5), style.radius - 0.5);
+    CGContextStrokePath(context);
+}
+
+namespace {
+
+struct Polyline {
+    NSPoint from, corner, to;
+};
+
+void StrokePolyline(CGContextRef context, const Polyline& line, CGFloat width, NSAppearanceColorName color)
+{
+    const ScopedGState state(context);
+    CGContextSetStrokeColorWithColor(context, NSAppearanceColor(color));
+    CGContextSetLineWidth(context, width);
+    CGContextSetLineCap(context, kCGLineCapRound);
+    CGContextSetLineJoin(context, kCGLineJoinRound);
+    CGContextBeginPath(context);
+    CGContextMoveToPoint(context, line.from.x, line.from.y);
+    CGContextAddLineToPoint(context, line.corner.x, line.corner.y);
+    CGContextAddLineToPoint(context, line.to.x, line.to.y);
+    CGContextStrokePath(context);
+}
+
+} // namespace
+
+void NSDrawChevron(CGContextRef context, NSPoint center, NSChevron direction, NSAppearanceColorName color)
+{
+    const CGFloat tip = direction == NSChevron::down ? 2 : -2;
+    const Polyline line = {{center.x - 4, center.y - tip}, {center.x, center.y + tip}, {center.x + 4, center.y - tip}};
+    StrokePolyline(context, line, 1.75, color);
+}
+
+void NSDrawCheckMark(CGContextRef context, NSPoint center, CGFloat size, NSAppearanceColorName color)
+{
+    const auto at = [&](CGFloat x, CGFloat y) { return NSPoint{center.x + x * size, center.y + y * size}; };
+    StrokePolyline(context, {at(-0.26, 0.02), at(-0.07, 0.21), at(0.27, -0.19)}, size / 9, color);
+}
+
+void NSDrawLine(CGContextRef context, const NSString* text, CTFontRef font, NSRect rect, NSTextAlignment alignment,
+                NSAppearanceColorName color)
+{
+    if (!text || text->length() == 0 || !(rect.size.width > 0)) return;
+    const auto line = CTLineCreate(CTTruncatedEnd(text->units(), font, rect.size.width), font);
+    const CTLineBounds bounds = CTLineGetTypographicBounds(line.get());
+    const CGFloat slack = rect.size.width - bounds.width;
+    const CGFloat x = alignment == NSRightTextAlignment ? slack : alignment == NSCenterTextAlignment ? slack / 2 : 0;
+    // the capitals, not the whole line, look centred: they are as high as the ascent without its room for accents
+    const CGFloat height = CTFontGetAscent(font) + CTFontGetDescent(font);
+    const CGFloat baseline = CGRectGetMidY(rect) - height / 2 + CTFontGetAscent(font);
+    CTLineDraw(line.get(), context, {rect.origin.x + x, std::round(baseline)}, NSAppearanceColor(color));
+}
+
+CGFloat NSWidthOfLine(const NSString* text, CTFontRef font)
+{
+    if (!text || text->length() == 0) return 0;
+    return CTLineGetTypographicBounds(CTLineCreate(text->units(), font).get()).width;
+}
+
+NSRect NSCenteredRect(NSRect frame, NSSize size)
+{
+    return CGRectMake(std::floor(CGRectGetMidX(frame) - size.width / 2),
+                      std::floor(CGRectGetMidY(frame) - size.height / 2), size.width, size.height);
+}
