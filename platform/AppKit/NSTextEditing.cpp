@@ -184,12 +184,30 @@ bool NSTextEditing::apply(Span where, std::u16string_view text, Change::Kind kin
         const std::uint64_t edit = mEditNumber;
         std::optional<std::u16string> judged = mJudge(proposed);
         if (!judged || edit != mEditNumber) return false; // the judge may have ended this edit
-        if (*judged != proposed)
-            change = {{0, mText.size()}, mText, std::move(*judged), mAnchor, mCaret, Change::single};
+        if (*judged != proposed) {
+            change = differenceTo(*judged);
+            if (change.removed == change.inserted) return false;
+        }
     }
     replace(change.where, change.inserted);
     remember(std::move(change));
     return true;
+}
+
+/// The smallest change that makes `text` of the text.
+NSTextEditing::Change NSTextEditing::differenceTo(std::u16string_view text) const
+{
+    const std::size_t shorter = std::min(mText.size(), text.size());
+    std::size_t before = 0, behind = 0;
+    while (before < shorter && mText[before] == text[before]) ++before;
+    while (behind < shorter - before && mText[mText.size() - 1 - behind] == text[text.size() - 1 - behind]) ++behind;
+    const Span where{before, mText.size() - behind};
+    return {where,
+            mText.substr(before, where.end - before),
+            std::u16string(text.substr(before, text.size() - behind - before)),
+            mAnchor,
+            mCaret,
+            Change::single};
 }
 
 void NSTextEditing::replace(Span where, std::u16string_view text)

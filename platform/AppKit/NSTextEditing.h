@@ -84,6 +84,7 @@ private:
     Span wordAt(std::size_t index) const;
     void select(std::size_t anchor, std::size_t caret);
     bool apply(Span where, std::u16string_view text, Change::Kind kind);
+    Change differenceTo(std::u16string_view text) const;
     void remember(Change change);
     bool joinLast(const Change& change);
     void replace(Span where, std::u16string_view text);

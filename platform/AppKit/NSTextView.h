@@ -13,6 +13,7 @@
 #include "AppKit/NSCell.h"
 #include "AppKit/NSTextKeys.h"
 #include "AppKit/NSView.h"
+#include "Foundation/NSClass.h"
 
 #include <memory>
 

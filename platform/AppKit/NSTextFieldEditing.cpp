@@ -1,0 +1,179 @@
+// The edit of a text field: how it begins, what commits it, what drops it.
+
+#include "AppKit/NSTextField.h"
+#include "AppKit/NSWindow.h"
+
+#include <algorithm>
+
+namespace {
+
+bool IsLineEnd(char16_t unit) { return unit == u'\n' || unit == u'\r' || unit == 0x2028 || unit == 0x2029; }
+
+} // namespace
+
+bool NSTextField::becomeFirstResponder()
+{
+    const RetainPtr<NSTextField> keep(this);
+    const RetainPtr<NSWindow> in(window());
+    if (!in || !textCell() || mEditor) return false;
+    NSTextView* const own = textCell()->fieldEditorForView(*this);
+    mEditor = own ? own : in->fieldEditor();
+    if (!mEditor) return false;
+    ++mEditNumber;
+    mTextAtStart = textCell()->editingText();
+    const RetainPtr<NSTextView> editor = mEditor;
+    editor->startEditing(this, textCell()->textStyle(), mTextAtStart, isEditable());
+    editor->setFrame(bounds());
+    editor->selectAll(nullptr);
+    addSubview(editor);
+    setNeedsDisplay();
+    if (in->makeFirstResponder(editor)) return true;
+    if (mEditor == editor) endEditing();
+    return false;
+}
+
+void NSTextField::selectText(NSObject*)
+{
+    const RetainPtr<NSTextField> keep(this);
+    if (!mEditor && window()) window()->makeFirstResponder(this);
+    if (mEditor) mEditor->selectAll(nullptr);
+}
+
+void NSTextField::endEditing()
+{
+    if (!mEditor) return;
+    ++mEditNumber;
+    hideRefusal();
+    std::exchange(mEditor, nullptr)->stopEditing();
+    setNeedsDisplay();
+}
+
+void NSTextField::dropFocus()
+{
+    if (mEditor && window()) window()->resignFocusInside(this);
+}
+
+void NSTextField::abortEditing()
+{
+    if (!mEditor) return;
+    hideRefusal();
+    showValue();
+}
+
+bool NSTextField::textShouldEndEditing()
+{
+    const RetainPtr<NSTextField> keep(this);
+    const std::uint64_t edit = mEditNumber;
+    if (!commit(Ending::byLeaving)) return false;
+    if (edit == mEditNumber) endEditing(); // else the action has ended this edit, and maybe begun another
+    return true;
+}
+
+/// @return false when the text is refused; true also when there was nothing to commit
+bool NSTextField::commit(Ending ending)
+{
+    const RetainPtr<NSTextField> keep(this);
+    hideRefusal();
+    if (!mEditor || !mEditor->isEdited()) return true;
+    RetainPtr<NSObject> value;
+    if (!readText(value)) return false;
+    if (value) cell()->setObjectValue(value);
+    showValue();
+    if (ending == Ending::byReturn) mEditor->selectAll(nullptr);
+    setNeedsDisplay();
+    // last, since the action may do anything, throw included
+    if (value && (ending == Ending::byReturn || cell()->sendsActionOnEndEditing())) sendAction(action(), target());
+    return true;
+}
+
+/// What stands in the editor as a value; null where it stands for none and the old value remains. @return false when it
+/// is refused, which the person is told
+bool NSTextField::readText(RetainPtr<NSObject>& value)
+{
+    const auto text = NSString::string(mEditor->text());
+    if (!formatter()) {
+        value = text;
+        return true;
+    }
+    // Choice: text that the formatter reads as no value at all, an emptied field, puts the old value back: nobody who
+    // clears a gain means 0 dB. Test: NSTextField.Commits
+    RetainPtr<NSString> why;
+    if (formatter()->getObjectValue(&value, text.get(), &why)) return true;
+    value = nullptr;
+    if (text->units() == mTextAtStart) return true; // the formatter wrote it itself
+    showRefusal(why.get());
+    return false;
+}
+
+// --- what the editor asks
+
+std::optional<std::u16string> NSTextField::textWillChange(const std::u16string& proposed)
+{
+    std::u16string accepted = proposed;
+    if (formatter()) {
+        RetainPtr<NSString> other, why;
+        if (!formatter()->isPartialStringValid(NSString::string(proposed).get(), &other, &why)) {
+            if (!other) {
+                showRefusal(why.get());
+                return std::nullopt;
+            }
+            accepted = other->units();
+        }
+    }
+    std::replace_if(accepted.begin(), accepted.end(), IsLineEnd, u' ');
+    return accepted;
+}
+
+bool NSTextField::textCommand(const NSTextCommand& command, NSEvent& event)
+{
+    const RetainPtr<NSTextField> keep(this);
+    const bool touched = mEditor->isEdited() || mRefused;
+    switch (command.action) {
+    case NSTextAction::accept:
+        if (!touched) mEditor->selectAll(nullptr);
+        commit(Ending::byReturn);
+        return true;
+    case NSTextAction::cancel:
+        if (!touched) return false;
+        abortEditing();
+        mEditor->selectAll(nullptr);
+        return true;
+    case NSTextAction::stepUp:
+        return stepWithKey(true, event);
+    case NSTextAction::stepDown:
+        return stepWithKey(false, event);
+    default:
+        return false;
+    }
+}
+
+bool NSTextField::stepWithKey(bool, NSEvent&) { return false; }
+
+// --- the note beside the field
+
+void NSTextField::showRefusal(const NSString* why)
+{
+    const RetainPtr<const NSString> reason(why);
+    hideRefusal();
+    mRefused = true;
+    redrawWithRing();
+    if (!reason || reason->length() == 0 || !window()) return;
+    const NSRect room = {{0, 0}, window()->contentSize()};
+    mBubble = make<NSTextBubble>(&NSTextBubble::initWithText, reason.get(), convertRectToWindow(bounds()), room);
+    window()->addOverlay(mBubble);
+}
+
+void NSTextField::hideRefusal()
+{
+    if (!mRefused) return;
+    mRefused = false;
+    const RetainPtr<NSTextBubble> bubble = std::exchange(mBubble, nullptr);
+    if (bubble && window()) window()->removeOverlay(bubble);
+    redrawWithRing();
+}
+
+void NSTextField::redrawWithRing()
+{
+    const NSRect reached = CGRectInset(convertRectToWindow(bounds()), -kFocusRingReach, -kFocusRingReach);
+    if (window()) window()->setNeedsDisplayInRect(reached);
+}
