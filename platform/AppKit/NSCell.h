@@ -6,10 +6,15 @@
 #include "CoreText/CTLine.h"
 #include "Foundation/NSFormatter.h"
 #include "Foundation/NSNumber.h"
+#include "Foundation/WeakPtr.h"
 
+class NSColor;
+class NSTextView;
 class NSView;
 
 enum NSTextAlignment { NSLeftTextAlignment, NSRightTextAlignment, NSCenterTextAlignment };
+/// "right" and "center"; anything else, and null, is left.
+NSTextAlignment NSTextAlignmentNamed(const NSString* name);
 enum NSCellStateValue : int { NSOffState = 0, NSOnState = 1 };
 
 class NSCell : public NSObject {
@@ -45,11 +50,33 @@ public:
     void setAlignment(NSTextAlignment alignment) { mAlignment = alignment; }
     CTFontRef font() const; ///< the system font where none was set
     void setFont(CTFontRef font);
-    NSObject* target() const { return mTarget; } ///< not retained; forgotten when it dies is the owner's duty
+    bool sendsActionOnEndEditing() const { return mSendsActionOnEndEditing; }
+    void setSendsActionOnEndEditing(bool sends) { mSendsActionOnEndEditing = sends; }
+    NSColor* textColor() const; ///< null where none was set
+    void setTextColor(NSColor* color);
+    NSObject* target() const { return mTarget; } ///< not retained; null once it is gone
     void setTarget(NSObject* target) { mTarget = target; }
     SEL action() const { return mAction; } ///< null for none
     void setAction(SEL action) { mAction = action; }
 
     /// Draws into the current context. `frame` in the view's coordinates.
     virtual void drawWithFrame(NSRect frame, NSView& view);
+    /// The editor that types into this cell in `view`; null for the window's own.
+    virtual NSTextView* fieldEditorForView(NSView& view);
+
+    NSCell();
+    ~NSCell() override;
+
+private:
+    RetainPtr<NSObject> mObjectValue;
+    RetainPtr<NSFormatter> mFormatter;
+    RetainPtr<const NSString> mTitle;
+    RetainPtr<const CTFont> mFont;
+    RetainPtr<NSColor> mTextColor;
+    WeakPtr<NSObject> mTarget;
+    SEL mAction = nullptr;
+    NSTextAlignment mAlignment = NSLeftTextAlignment;
+    bool mEnabled = true;
+    bool mContinuous = true;
+    bool mSendsActionOnEndEditing = false;
 };

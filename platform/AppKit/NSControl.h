@@ -13,7 +13,7 @@ public:
     static const NSClass& staticClass();
     const NSClass& classTable() const override { return staticClass(); }
 
-    bool initWithFrame(NSRect frame) override; ///< makes the cell with `makeCell()` unless one is there
+    bool initWithFrame(NSRect frame) override;   ///< makes the cell with `makeCell()` unless one is there
     bool initWithCoder(NSCoder& coder) override; ///< makes the described cell first
 
     NSCell* cell() const { return mCell; }
@@ -46,4 +46,7 @@ public:
     void drawRect(NSRect dirty) override;
 
     void setValueForBinding(NSObject* value, const char* binding) override; ///< "value": setObjectValue
+
+private:
+    RetainPtr<NSCell> mCell;
 };

@@ -67,15 +67,16 @@ public:
     /// @param flags       NSEventModifierFlags
     /// @param timestamp   seconds; only differences mean something
     /// @param clickCount  1 for a single click, 2 for the second of a double click ...; 0 for moves
-    static RetainPtr<NSEvent> mouseEvent(NSEventType type, NSPoint location, std::uint32_t flags, double timestamp, NSWindow* window,
-                                         int clickCount);
+    static RetainPtr<NSEvent> mouseEvent(NSEventType type, NSPoint location, std::uint32_t flags, double timestamp,
+                                         NSWindow* window, int clickCount);
     /// @param characters                   what the key types, after compose; may be empty
     /// @param charactersIgnoringModifiers  as if only Shift were held; function keys as their code above
     static RetainPtr<NSEvent> keyEvent(NSEventType type, std::uint32_t flags, double timestamp, NSWindow* window,
-                                       const NSString* characters, const NSString* charactersIgnoringModifiers, bool isARepeat);
+                                       const NSString* characters, const NSString* charactersIgnoringModifiers,
+                                       bool isARepeat);
     /// @param notches  wheel steps, positive away from the person (up) and to the left
-    static RetainPtr<NSEvent> scrollEvent(NSPoint location, std::uint32_t flags, double timestamp, NSWindow* window, CGFloat notchesX,
-                                          CGFloat notchesY);
+    static RetainPtr<NSEvent> scrollEvent(NSPoint location, std::uint32_t flags, double timestamp, NSWindow* window,
+                                          CGFloat notchesX, CGFloat notchesY);
 
     NSEventType type() const { return mType; }
     NSPoint locationInWindow() const { return mLocation; }
@@ -92,13 +93,14 @@ public:
     CGFloat scrollingDeltaY() const { return mDelta.y; }
 
 private:
+    friend class NSWindow; // fills in itself
     NSEventType mType = NSMouseMoved;
     NSPoint mLocation;
     std::uint32_t mFlags = 0;
     double mTimestamp = 0;
     NSWindow* mWindow = nullptr;
     int mClickCount = 0;
-    RetainPtr<NSString> mCharacters, mCharactersIgnoringModifiers;
+    RetainPtr<const NSString> mCharacters, mCharactersIgnoringModifiers;
     bool mIsARepeat = false;
     NSPoint mDelta;
 };

@@ -2,14 +2,18 @@
 
 /// A rectangle of a window that draws and receives events.
 ///
-/// Lengths are points; y grows downward; a view's own coordinates start at its top left. A superview retains its subviews.
+/// Lengths are points; y grows downward; a view's own coordinates start at its top left. A superview retains its
+/// subviews.
 
+#include "AppKit/NSCursor.h"
 #include "AppKit/NSResponder.h"
 #include "CoreGraphics/CGContext.h"
 
-#include <vector>
+class NSMenu;
+class NSMenuItem;
+class NSWindow;
 
-enum class NSCursorShape { arrow, text, hand };
+#include <vector>
 
 class NSView : public NSResponder {
 public:
@@ -26,8 +30,8 @@ public:
     NSView* superview() const { return mSuperview; }
     NSWindow* window() const { return mWindow; }
     const std::vector<RetainPtr<NSView>>& subviews() const { return mSubviews; }
-    void addSubview(NSView* view); ///< on top of the others
-    void removeFromSuperview();    ///< ends tracking and editing inside first
+    void addSubview(NSView* view);                 ///< on top of the others
+    void removeFromSuperview();                    ///< ends tracking and editing inside first
     bool isDescendantOf(const NSView* view) const; ///< itself included
 
     bool isHidden() const { return mHidden; }
@@ -39,6 +43,9 @@ public:
     void setMenu(NSMenu* menu);
     /// The context menu for an event; the view's menu by default.
     virtual NSMenu* menuForEvent(NSEvent& event);
+    /// Asked about an item that targets this view, before its menu opens; may set the item's state.
+    /// @return whether the item can be chosen
+    virtual bool validateUserInterfaceItem(NSMenuItem&) { return true; }
 
     NSPoint convertPointToWindow(NSPoint point) const;
     NSPoint convertPointFromWindow(NSPoint point) const;
@@ -46,25 +53,31 @@ public:
     /// The deepest visible view at `point` (this view's coordinates); null outside.
     virtual NSView* hitTest(NSPoint point);
 
-    void setNeedsDisplay();
+    void setNeedsDisplay(); ///< the whole view
     void setNeedsDisplayInRect(NSRect rect);
     /// Draws into the current graphics context, clipped to the view; `dirty` lies within the bounds.
     virtual void drawRect(NSRect dirty);
-    /// Where the focus ring of this view goes, in its own coordinates; may reach outside. Empty for none.
+    /// The outline that the focus ring of this view hugs, in its own coordinates; empty for none. May lie outside the
+    /// view. The ring itself reaches `kFocusRingReach` further. It stands around the first responder, or around the
+    /// nearest view above it that has an outline: a field shows the ring of its editor.
     virtual NSRect focusRingBounds() const { return {}; }
-    /// Draws the ring around focusRingBounds(); called after all views have drawn.
+    virtual CGFloat focusRingRadius() const { return 4; } ///< of the outline's corners
+    /// Draws the ring around focusRingBounds(); called after all views have drawn, clipped to the window only.
     virtual void drawFocusRing();
+    static constexpr CGFloat kFocusRingReach = 4;
 
     virtual bool canBecomeKeyView() const; ///< accepts first responder, is visible, and in a window
     virtual NSCursorShape cursorAtPoint(NSPoint) const { return NSCursorShape::arrow; }
 
     virtual void viewWillMoveToWindow(NSWindow*) {}
-    virtual void viewDidMoveToWindow() {}
+    virtual void viewDidMoveToWindow() {} ///< comes after that of the views inside
     /// The window ended the tracking that `NSWindow::beginTracking` started for this view: by the release of the button
-    /// (`byRelease`), or by a lost grab, a hidden view, a view leaving its window, a closing window. Comes exactly once.
+    /// (`byRelease`), or by a lost grab, a hidden view, a view leaving its window, a closing window. Comes exactly
+    /// once.
     virtual void trackingDidEnd(bool byRelease);
 
     NSResponder* nextResponder() const override;
+    void rightMouseDown(NSEvent& event) override; ///< shows the context menu
 
     NSView();
     ~NSView() override;

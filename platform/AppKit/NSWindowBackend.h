@@ -3,14 +3,22 @@
 /// What a window needs of a window system. Two implementations: X11, and an off-screen one that tests, screenshots and
 /// machines without a display use. Nothing here knows what a view is.
 
+#include "AppKit/NSCursor.h"
 #include "AppKit/NSEvent.h"
-#include "AppKit/NSView.h"
 #include "CoreGraphics/CGContext.h"
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
+
+/// Pixels of a content of `points` at `scale` pixels a point; what both sides of this seam reckon with. At least 1
+/// by 1.
+inline CGSize NSPixelSize(NSSize points, CGFloat scale)
+{
+    return {std::max(1.0, std::round(points.width * scale)), std::max(1.0, std::round(points.height * scale))};
+}
 
 /// Id of a window in the window system; 0 for none.
 using NSNativeWindow = std::uintptr_t;
@@ -18,13 +26,13 @@ using NSNativeWindow = std::uintptr_t;
 /// What the window system tells a window. Every call may destroy the backend that makes it.
 class NSWindowBackendClient {
 public:
-    virtual void backendEvent(NSEvent& event) = 0;
+    virtual void backendEvent(NSEvent& event) = 0; ///< whose window is filled in by the client
     virtual void backendResized(NSSize points, CGFloat scale) = 0;
     virtual void backendExposed() = 0; ///< the pixels on the screen were lost
     virtual void backendFocusChanged(bool focused) = 0;
     virtual void backendCloseRequested() = 0;
-    virtual void backendGrabLost() = 0;   ///< a press will not be followed by its release
-    virtual void backendDestroyed() = 0;  ///< the native window is gone (its parent was destroyed)
+    virtual void backendGrabLost() = 0;  ///< a press will not be followed by its release
+    virtual void backendDestroyed() = 0; ///< the native window is gone (its parent was destroyed)
 
 protected:
     ~NSWindowBackendClient() = default;
@@ -48,24 +56,27 @@ public:
 };
 
 struct NSBackendWindowOptions {
-    NSSize contentSize;          ///< points
-    CGFloat scale = 0;           ///< pixels per point; 0 asks the desktop
-    NSNativeWindow parent = 0;   ///< embeds the window there
+    NSSize contentSize;        ///< points
+    CGFloat scale = 0;         ///< pixels per point; 0 asks the desktop
+    NSNativeWindow parent = 0; ///< embeds the window there
 };
 
 /// A connection to a window system.
 class NSDisplay {
 public:
     virtual ~NSDisplay() = default;
-    virtual std::unique_ptr<NSWindowBackend> makeWindow(NSWindowBackendClient& client, const NSBackendWindowOptions& options) = 0;
-    /// A window above `parent` that no window manager touches, at `frame` (points, from the top left of the parent's content).
-    /// While it is shown it holds pointer and keyboard; presses outside arrive with a location outside, and `backendGrabLost` when the
-    /// grab breaks.
-    virtual std::unique_ptr<NSWindowBackend> makePopUp(NSWindowBackendClient& client, NSWindowBackend& parent, NSRect frame) = 0;
+    virtual std::unique_ptr<NSWindowBackend> makeWindow(NSWindowBackendClient& client,
+                                                        const NSBackendWindowOptions& options) = 0;
+    /// A window above `parent` that no window manager touches, at `frame` (points, from the top left of the parent's
+    /// content). While it is shown it holds pointer and keyboard; presses outside arrive with a location outside, and
+    /// `backendGrabLost` when the grab breaks.
+    virtual std::unique_ptr<NSWindowBackend> makePopUp(NSWindowBackendClient& client, NSWindowBackend& parent,
+                                                       NSRect frame) = 0;
     virtual void setClipboardText(const NSString* text) = 0;
     /// Calls back once, at once or later; with null when there is no text.
     virtual void readClipboardText(std::function<void(const NSString*)> callback) = 0;
 };
 
-/// Windows that exist only in memory. `scale` is what a window gets that doesn't ask for another.
+/// Windows that exist only in memory. A window has the keyboard while it is shown. `scale` is what a window gets that
+/// doesn't ask for another.
 std::unique_ptr<NSDisplay> NSMakeOffscreenDisplay(CGFloat scale = 1);

@@ -1,0 +1,46 @@
+#include "AppKit/NSToolTipTracker.h"
+#include "AppKit/NSBubble.h"
+#include "AppKit/NSWindow.h"
+
+namespace {
+
+/// The nearest view at or above the one under the pointer that has a tool tip; null for none.
+NSView* ViewWithToolTip(const NSWindow& window, NSPoint pointer)
+{
+    NSView* view = window.contentView() ? window.contentView()->hitTest(pointer) : nullptr;
+    while (view && !(view->toolTip() && view->toolTip()->length())) view = view->superview();
+    return view;
+}
+
+} // namespace
+
+NSToolTipTracker::~NSToolTipTracker() { hide(); }
+
+void NSToolTipTracker::eventArrives(const NSEvent& event)
+{
+    hide();
+    if (event.type() != NSMouseMoved) return;
+    mPointer = event.locationInWindow();
+    if (!ViewWithToolTip(mWindow, mPointer)) return;
+    mTimer = CFRunLoopTimerCreate(CFAbsoluteTimeGetCurrent() + kRest, 0, [this] { show(); });
+    CFRunLoopAddTimer(CFRunLoopGetCurrent(), mTimer, kCFRunLoopCommonModes);
+}
+
+void NSToolTipTracker::hide()
+{
+    if (mTimer) CFRunLoopTimerInvalidate(mTimer);
+    mTimer.reset();
+    if (mBubble) mWindow.removeOverlay(mBubble);
+    mBubble.reset();
+}
+
+void NSToolTipTracker::show()
+{
+    const NSView* const view = ViewWithToolTip(mWindow, mPointer);
+    if (!view || !mWindow.isVisible()) return;
+    constexpr CGFloat kPointerHeight = 16;
+    const auto bubble = make<NSBubble>(&NSBubble::initWithText, view->toolTip());
+    bubble->placeAt({mPointer, {0, kPointerHeight}}, mWindow.contentSize());
+    mBubble = bubble;
+    mWindow.addOverlay(mBubble);
+}

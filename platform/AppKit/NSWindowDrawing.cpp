@@ -1,0 +1,156 @@
+// Views into the bitmap, and what changed to the window system.
+
+#include "AppKit/NSAppearance.h"
+#include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSWindow.h"
+#include "CoreFoundation/CFRunLoop.h"
+
+namespace {
+
+/// Draws `view` and what is in it. Context and `dirty` are in the coordinates of its superview.
+void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
+{
+    const NSPoint origin = view.frame().origin;
+    const NSRect part = CGRectIntersection(CGRectOffset(dirty, -origin.x, -origin.y), view.bounds());
+    if (view.isHidden() || CGRectIsEmpty(part)) return;
+    const ScopedGState state(context);
+    CGContextTranslateCTM(context, origin.x, origin.y);
+    CGContextClipToRect(context, view.bounds());
+    {
+        const ScopedGState ofTheView(context);
+        view.drawRect(part);
+    }
+    const auto subviews = view.subviews(); // a view may change the tree while it draws
+    for (const auto& subview : subviews) DrawTree(*subview, context, part);
+}
+
+} // namespace
+
+void NSWindow::setNeedsDisplayInRect(NSRect rect) { markDirty(CGRectIntersection(rect, {{0, 0}, mSize})); }
+
+void NSWindow::markDirty(NSRect rect)
+{
+    if (mClosed || CGRectIsEmpty(rect)) return;
+    if (mVisible && mDirty.empty()) CFRunLoopWakeUp(CFRunLoopGetCurrent());
+    mDirty.add(rect);
+}
+
+void NSWindow::displayIfNeeded()
+{
+    if (!mVisible || mDrawing || mDirty.empty()) return;
+    const RetainPtr<NSWindow> keep(this);
+    const std::vector<CGRect> pixelRects = draw();
+    if (mBackend && mBitmap && !pixelRects.empty()) mBackend->present(mBitmap, pixelRects);
+}
+
+CGContextRef NSWindow::bitmap()
+{
+    if (mVisible)
+        displayIfNeeded();
+    else if (!mClosed && !mDrawing)
+        draw();
+    return mClosed ? nullptr : mBitmap.get();
+}
+
+void NSWindow::backendExposed()
+{
+    displayIfNeeded();
+    if (!mBackend || !mBitmap) return;
+    const CGRect all[] = {{{0, 0}, NSPixelSize(mSize, mScale)}};
+    mBackend->present(mBitmap, all);
+}
+
+/// @return what was drawn, in pixels
+std::vector<CGRect> NSWindow::draw()
+{
+    const CGSize size = NSPixelSize(mSize, mScale);
+    if (!mBitmap) {
+        mBitmap = CGBitmapContextCreate(static_cast<std::size_t>(size.width), static_cast<std::size_t>(size.height));
+        mDirty.add({{0, 0}, mSize});
+    }
+    updateRing();
+    const NSDirtyRegion dirty = std::exchange(mDirty, {});
+    const RetainPtr<CGContext> bitmap = mBitmap; // a view may resize the window while it draws
+    std::vector<CGRect> pixelRects;
+    if (!bitmap) return pixelRects;
+    struct Drawing {
+        bool& flag;
+        explicit Drawing(bool& drawing) : flag(drawing) { flag = true; }
+        ~Drawing() { flag = false; }
+    } const drawing(mDrawing);
+    for (const NSRect& rect : dirty.rects()) {
+        const CGRect pixels = CGRectIntersection(NSPixelsAround(rect, mScale), {{0, 0}, size});
+        if (CGRectIsEmpty(pixels)) continue;
+        drawPixels(bitmap, pixels);
+        pixelRects.push_back(pixels);
+    }
+    return pixelRects;
+}
+
+void NSWindow::drawPixels(CGContextRef bitmap, CGRect pixels)
+{
+    const NSGraphicsContext::Scope current(bitmap);
+    const ScopedGState state(bitmap);
+    CGContextClipToRect(bitmap, pixels);
+    CGContextScaleCTM(bitmap, mScale, mScale);
+    const NSRect points = CGRectMake(pixels.origin.x / mScale, pixels.origin.y / mScale, pixels.size.width / mScale,
+                                     pixels.size.height / mScale);
+    CGContextSetFillColorWithColor(bitmap, NSAppearanceColor(NSAppearanceColorName::windowBackgroundColor));
+    CGContextFillRect(bitmap, points);
+    if (const RetainPtr<NSView> content = mContentView) DrawTree(*content, bitmap, points);
+    drawRing(bitmap);
+    const auto overlays = mOverlays;
+    for (const auto& view : overlays) DrawTree(*view, bitmap, points);
+}
+
+// --- the focus ring
+
+NSView* NSWindow::ringView() const
+{
+    auto* view = mKey ? asKind<NSView>(mFirstResponder.get()) : nullptr;
+    while (view && CGRectIsEmpty(view->focusRingBounds())) view = view->superview();
+    return view && view->window() == this && !view->isHiddenOrHasHiddenAncestor() ? view : nullptr;
+}
+
+/// Has the ring drawn where it is now, and what it covered drawn without it.
+void NSWindow::updateRing()
+{
+    const NSView* const view = ringView();
+    const NSRect ring = view ? CGRectInset(view->convertRectToWindow(view->focusRingBounds()), -NSView::kFocusRingReach,
+                                           -NSView::kFocusRingReach)
+                             : NSRect{};
+    if (ring == mRing) return;
+    setNeedsDisplayInRect(mRing);
+    setNeedsDisplayInRect(ring);
+    mRing = ring;
+}
+
+void NSWindow::drawRing(CGContextRef bitmap) const
+{
+    const RetainPtr<NSView> view = ringView();
+    if (!view) return;
+    const ScopedGState state(bitmap);
+    const NSPoint origin = view->convertPointToWindow({});
+    CGContextTranslateCTM(bitmap, origin.x, origin.y);
+    view->drawFocusRing();
+}
+
+// --- overlays
+
+void NSWindow::addOverlay(NSView* view)
+{
+    if (!view || mClosed || view->superview() || view->window()) return;
+    mOverlays.emplace_back(view);
+    view->moveToWindow(this);
+    view->setNeedsDisplay();
+}
+
+void NSWindow::removeOverlay(NSView* view)
+{
+    const RetainPtr<NSView> keep(view);
+    const auto found = std::find(mOverlays.begin(), mOverlays.end(), keep);
+    if (found == mOverlays.end()) return;
+    view->setNeedsDisplay();
+    mOverlays.erase(found);
+    view->moveToWindow(nullptr);
+}
