@@ -26,9 +26,10 @@ enum : OSStatus {
 enum : AudioUnitScope { kAudioUnitScope_Global = 0 };
 
 enum : AudioUnitPropertyID {
-    kAudioUnitProperty_SampleRate = 2,             ///< 64-bit float, Hz
-    kAudioUnitProperty_ParameterInfo = 4,          ///< AudioUnitParameterInfo; the element is the parameter's id
-    kAudioUnitProperty_ParameterValueStrings = 16, ///< CFArrayRef of strings that the reader must release; element as above
+    kAudioUnitProperty_SampleRate = 2,    ///< 64-bit float, Hz
+    kAudioUnitProperty_ParameterInfo = 4, ///< AudioUnitParameterInfo; the element is the parameter's id
+    kAudioUnitProperty_ParameterValueStrings =
+        16, ///< CFArrayRef of strings that the reader must release; element as above
 };
 
 enum AudioUnitParameterUnit : std::uint32_t {
@@ -49,21 +50,22 @@ struct AudioUnitParameterInfo {
     std::uint32_t flags;
 };
 
-/// What stands behind a handle. A host implements it; its calls come from the thread of the user interface, `GetParameter` and
-/// `SetParameter` from any thread.
+/// What stands behind a handle. A host implements it; its calls come from the thread of the user interface,
+/// `GetParameter` and `SetParameter` from any thread.
 struct ComponentInstanceRecord {
     virtual ~ComponentInstanceRecord() = default;
     /// `*ioDataSize` is the room in `outData` on entry and the bytes written on return.
-    virtual OSStatus GetProperty(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element, void* outData,
-                                 std::uint32_t* ioDataSize) = 0;
-    virtual OSStatus SetProperty(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element, const void* data,
-                                 std::uint32_t dataSize) = 0;
+    virtual OSStatus GetProperty(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element,
+                                 void* outData, std::uint32_t* ioDataSize) = 0;
+    virtual OSStatus SetProperty(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element,
+                                 const void* data, std::uint32_t dataSize) = 0;
     virtual OSStatus GetParameter(AudioUnitParameterID parameter, AudioUnitScope scope, AudioUnitElement element,
                                   AudioUnitParameterValue* outValue) = 0;
     virtual OSStatus SetParameter(AudioUnitParameterID parameter, AudioUnitScope scope, AudioUnitElement element,
                                   AudioUnitParameterValue value, std::uint32_t bufferOffset) = 0;
     /// An editor's gesture for a parameter of this unit begins or ends. Called before the unit's listeners hear of it.
-    virtual void ParameterGesture(AudioUnitParameterID parameter, AudioUnitScope scope, AudioUnitElement element, bool begins);
+    virtual void ParameterGesture(AudioUnitParameterID parameter, AudioUnitScope scope, AudioUnitElement element,
+                                  bool begins);
 };
 using AudioUnit = ComponentInstanceRecord*;
 
@@ -81,12 +83,12 @@ struct AudioUnitProperty {
     AudioUnitElement mElement;
 };
 
-OSStatus AudioUnitGetProperty(AudioUnit unit, AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element,
-                              void* outData, std::uint32_t* ioDataSize);
-OSStatus AudioUnitSetProperty(AudioUnit unit, AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element,
-                              const void* data, std::uint32_t dataSize);
-OSStatus AudioUnitGetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope, AudioUnitElement element,
-                               AudioUnitParameterValue* outValue);
+OSStatus AudioUnitGetProperty(AudioUnit unit, AudioUnitPropertyID property, AudioUnitScope scope,
+                              AudioUnitElement element, void* outData, std::uint32_t* ioDataSize);
+OSStatus AudioUnitSetProperty(AudioUnit unit, AudioUnitPropertyID property, AudioUnitScope scope,
+                              AudioUnitElement element, const void* data, std::uint32_t dataSize);
+OSStatus AudioUnitGetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope,
+                               AudioUnitElement element, AudioUnitParameterValue* outValue);
 /// Sets the value on the unit and tells nobody.
-OSStatus AudioUnitSetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope, AudioUnitElement element,
-                               AudioUnitParameterValue value, std::uint32_t bufferOffset);
+OSStatus AudioUnitSetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope,
+                               AudioUnitElement element, AudioUnitParameterValue value, std::uint32_t bufferOffset);
