@@ -84,17 +84,17 @@ TEST(CGImagePNG, ReadsEveryKindAsPremultipliedRGBA)
 
 TEST(CGImagePNG, EveryColourAtEveryAlphaComesBack)
 {
-    const auto context = CGBitmapContextCreate(256, 255);
+    const auto context = CGBitmapContextCreate(52, 255);
     for (int alpha = 1; alpha <= 255; ++alpha)
-        for (int red = 0; red <= 255; ++red)
-            fill(context, CGRectMake(red, alpha - 1, 1, 1), red / 255.0, 1 - red / 255.0, 0.5, alpha / 255.0);
+        for (int red = 0; red <= 255; red += 5)
+            fill(context, CGRectMake(red / 5, alpha - 1, 1, 1), red / 255.0, 1 - red / 255.0, 0.5, alpha / 255.0);
     const auto image = CGBitmapContextCreateImage(context);
     const Folder folder;
     ASSERT_TRUE(CGImageWritePNGFile(image, folder.file("out.png")));
     EXPECT_EQ(folder.count(), 1u); // nothing unfinished stays beside it
     const auto again = CGImageCreateWithPNGFile(folder.file("out.png"));
     ASSERT_TRUE(again);
-    EXPECT_EQ(CGImageGetWidth(again), 256u);
+    EXPECT_EQ(CGImageGetWidth(again), 52u);
     EXPECT_TRUE(std::ranges::equal(CGImageGetPixels(image), CGImageGetPixels(again)));
 }
 
