@@ -20,6 +20,7 @@ public:
     bool containsObject(const NSObject* object) const { return indexOfObject(object) < count(); }
     std::size_t indexOfObject(const NSObject* object) const; ///< of the first equal one; `count()` when there is none
 
+    // Keep the list while going through it: `const auto keys = d->allKeys(); for (auto& key : *keys)`.
     auto begin() const { return mObjects.begin(); }
     auto end() const { return mObjects.end(); }
 

@@ -176,10 +176,10 @@ const NSDictionary* NSBundle::table(const std::string& name) const
         std::string bytes, error = file + ": can't be read";
         if (!IsFile(file)) continue;
         const auto texts = NSReadFile(file, bytes) ? NSReadStrings(bytes, file, &error) : nullptr;
-        if (!texts)
-            NSLog("%s", error.c_str());
+        if (texts)
+            merged->addEntriesFromDictionary(texts);
         else
-            for (const auto& key : *texts->allKeys()) merged->setObject(texts->objectForKey(key.get()), key);
+            NSLog("%s", error.c_str());
     }
     found->second = merged;
     return found->second;

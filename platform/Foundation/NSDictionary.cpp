@@ -145,6 +145,13 @@ void NSMutableDictionary::removeObjectForKey(const NSObject* key)
     if (const std::exception_ptr first = NSReleaseAll(removed)) std::rethrow_exception(first);
 }
 
+void NSMutableDictionary::addEntriesFromDictionary(const NSDictionary* other)
+{
+    const RetainPtr<NSArray> keys = other->allKeys();
+    for (const auto& key : *keys)
+        if (const RetainPtr<NSObject> object = other->objectForKey(key.get())) setObject(object, key);
+}
+
 void NSMutableDictionary::setValue(NSObject* value, const NSString* key)
 {
     if (value)

@@ -62,6 +62,7 @@ public:
     // Observers of a text key are told.
     void setObject(NSObject* object, NSObject* key);
     void removeObjectForKey(const NSObject* key);
+    void addEntriesFromDictionary(const NSDictionary* other);
 
     /// The same through key-value coding; null removes.
     void setValue(NSObject* value, const NSString* key) override;

@@ -100,17 +100,21 @@ double NSNumber::doubleValue() const
 
 RetainPtr<NSString> NSNumber::stringValue() const
 {
-    char text[32];
-    const auto end = std::visit(
-        [&text](auto value) {
-            if constexpr (std::same_as<decltype(value), bool>)
-                return std::to_chars(text, std::end(text), int{value}).ptr;
-            else if constexpr (std::floating_point<decltype(value)>)
-                return std::to_chars(text, std::end(text), std::isnan(value) ? std::fabs(value) : value).ptr;
-            else
-                return std::to_chars(text, std::end(text), value).ptr;
-        },
-        mValue);
+    char text[64];
+    const auto write = [&text](auto value) {
+        if constexpr (std::same_as<decltype(value), bool>) {
+            return std::to_chars(text, std::end(text), int{value}).ptr;
+        } else if constexpr (std::floating_point<decltype(value)>) {
+            const auto size = std::fabs(value);
+            if (std::isnan(value)) return std::to_chars(text, std::end(text), size).ptr; // without a sign
+            const bool isLong = size != 0 && (size < decltype(value){1e-5f} || size >= decltype(value){1e17f});
+            const auto format = isLong ? std::chars_format::scientific : std::chars_format::fixed;
+            return std::to_chars(text, std::end(text), value, format).ptr;
+        } else {
+            return std::to_chars(text, std::end(text), value).ptr;
+        }
+    };
+    const char* const end = std::visit(write, mValue);
     return NSString::string(std::string_view(text, static_cast<std::size_t>(end - text)));
 }
 

@@ -65,7 +65,8 @@ public:
     std::uint64_t unsignedLongLongValue() const;
     float floatValue() const;
     double doubleValue() const;
-    /// The shortest text that reads back as the same number: "440", "-0.5", "inf".
+    /// The shortest digits that read back as the same number: "440", "-0.5", "inf"; with an exponent below 1e-5 and
+    /// from 1e17 on.
     RetainPtr<NSString> stringValue() const;
     RetainPtr<NSString> description() const override;
 

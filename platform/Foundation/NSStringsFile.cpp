@@ -156,7 +156,8 @@ RetainPtr<NSDictionary> TextsOf(const RetainPtr<NSObject>& list)
 {
     auto* const dictionary = asKind<NSDictionary>(list.get());
     if (!dictionary) return nullptr;
-    for (const auto& key : *dictionary->allKeys())
+    const RetainPtr<NSArray> keys = dictionary->allKeys();
+    for (const auto& key : *keys)
         if (!asKind<NSString>(dictionary->objectForKey(key.get()))) return nullptr;
     return dictionary;
 }
