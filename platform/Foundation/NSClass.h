@@ -142,7 +142,7 @@ private:
     template <typename Getter> static auto getterOf(Getter getter)
     {
         return [getter](const NSObject* self) -> RetainPtr<NSObject> {
-            return NSBox(std::invoke(getter, *static_cast<const T*>(self)));
+            return NSBoxed(std::invoke(getter, *static_cast<const T*>(self)));
         };
     }
     template <typename Base, typename Value> static auto setterOf(void (Base::*setter)(Value))

@@ -87,18 +87,18 @@ std::int64_t NSTruncate(double value);
 
 // Boxing for key-value coding.
 template <std::same_as<bool> Truth> // a template, so that no pointer turns into a truth value
-RetainPtr<NSObject> NSBox(Truth value)
+RetainPtr<NSObject> NSBoxed(Truth value)
 {
     return NSNumber::numberWithBool(value);
 }
-inline RetainPtr<NSObject> NSBox(std::int32_t value) { return NSNumber::numberWithInt(value); }
-inline RetainPtr<NSObject> NSBox(std::uint32_t value) { return NSNumber::numberWithUnsignedInt(value); }
-inline RetainPtr<NSObject> NSBox(std::int64_t value) { return NSNumber::numberWithLongLong(value); }
-inline RetainPtr<NSObject> NSBox(std::uint64_t value) { return NSNumber::numberWithUnsignedLongLong(value); }
-inline RetainPtr<NSObject> NSBox(float value) { return NSNumber::numberWithFloat(value); }
-inline RetainPtr<NSObject> NSBox(double value) { return NSNumber::numberWithDouble(value); }
-inline RetainPtr<NSObject> NSBox(NSObject* value) { return value; }
-template <typename T> RetainPtr<NSObject> NSBox(const RetainPtr<T>& value) { return value; }
+inline RetainPtr<NSObject> NSBoxed(std::int32_t value) { return NSNumber::numberWithInt(value); }
+inline RetainPtr<NSObject> NSBoxed(std::uint32_t value) { return NSNumber::numberWithUnsignedInt(value); }
+inline RetainPtr<NSObject> NSBoxed(std::int64_t value) { return NSNumber::numberWithLongLong(value); }
+inline RetainPtr<NSObject> NSBoxed(std::uint64_t value) { return NSNumber::numberWithUnsignedLongLong(value); }
+inline RetainPtr<NSObject> NSBoxed(float value) { return NSNumber::numberWithFloat(value); }
+inline RetainPtr<NSObject> NSBoxed(double value) { return NSNumber::numberWithDouble(value); }
+inline RetainPtr<NSObject> NSBoxed(NSObject* value) { return value; }
+template <typename T> RetainPtr<NSObject> NSBoxed(const RetainPtr<T>& value) { return value; }
 
 /// The number an object stands for, converted to `T`; 0 for null and for objects that are no numbers. Pointers are
 /// cast.
