@@ -8,7 +8,7 @@ option(TONARO_SANITIZE "Build with the address and undefined-behaviour sanitizer
 add_library(tonaro_options INTERFACE)
 target_compile_features(tonaro_options INTERFACE cxx_std_20)
 target_compile_options(tonaro_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -fno-strict-aliasing
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wimplicit-fallthrough -fno-strict-aliasing
   # messages and logs name a source file from the root of the tree, wherever it was built
   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
 if(TONARO_WERROR)
@@ -17,8 +17,6 @@ endif()
 if(TONARO_SANITIZE)
   target_compile_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow
     -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  # the instrumented code makes this warning see null where none can be
-  target_compile_options(tonaro_options INTERFACE -Wno-null-dereference)
   target_link_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
 endif()
 
