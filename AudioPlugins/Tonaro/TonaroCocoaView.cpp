@@ -10,6 +10,7 @@
 namespace {
 
 constexpr float kListenerSeconds = 0.05F; ///< notification interval and granularity
+constexpr const char* kBackgroundImage = "PluginPattern";
 constexpr double kLowestGainDecibels = -120.0;
 
 constexpr const char* kCreateFailed = "[TonaroCocoaView _addListeners] AUEventListenerCreate()";
@@ -52,9 +53,10 @@ void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent*
 void TonaroCocoaView::awakeFromNib()
 {
     const NSBundle* bundle = NSBundle::bundleForClass(classTable());
-    const RetainPtr<NSString> path =
-        bundle ? bundle->pathForImageResource(NSString::string("PluginPattern").get()) : nullptr;
-    const auto image = make<NSImage>(&NSImage::initByReferencingFile, path);
+    std::string path = bundle->pathForImageResource(kBackgroundImage);
+    // a missing picture is named in the log with the place where it should be
+    if (path.empty()) path = bundle->resourcePath() + "/" + kBackgroundImage + ".png";
+    const auto image = make<NSImage>(&NSImage::initByReferencingFile, NSString::string(path).get());
     mBackgroundColor = NSColor::colorWithPatternImage(image);
 }
 

@@ -60,6 +60,9 @@ void take(Options& options, int key)
     case kTrace: options.trace = true; break;
     case kControls: chooseMode(options, Options::Mode::controls); break;
     case kEditors: options.editors = parseNumber<int>("--editors", optarg, 1, kMostEditors); break;
+    case 'h':
+    case kHelp: options.mode = Options::Mode::help; break;
+    case kVersion: options.mode = Options::Mode::version; break;
     default: throw UsageError{""}; // getopt has said what is wrong
     }
 }
@@ -71,9 +74,8 @@ Options parseOptions(int argc, char** argv)
     Options options;
     optind = 1;
     for (int key; (key = getopt_long(argc, argv, "h", kOptions, nullptr)) != -1;) {
-        if (key == kHelp || key == 'h') return {.mode = Options::Mode::help};
-        if (key == kVersion) return {.mode = Options::Mode::version};
         take(options, key);
+        if (options.mode == Options::Mode::help || options.mode == Options::Mode::version) return options;
     }
     if (optind < argc) throw UsageError{"“" + std::string(argv[optind]) + "” is not an option"};
     return options;
