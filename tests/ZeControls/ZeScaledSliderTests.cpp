@@ -1,0 +1,166 @@
+#include "SliderRig.h"
+
+#include "Foundation/NSKeyValueBinding.h"
+#include "Slider/ZeFrequencySlider.h"
+#include "Slider/ZeGainFader.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr NSRect kFrame{{0, 0}, {200, 20}};
+
+/// Logs the announcements of one key.
+class KeyObserver : public NSObject {
+public:
+    void observeValueForKeyPath(const NSString* keyPath, NSObject* object, void*) override
+    {
+        log.add(keyPath->utf8(), asKind<NSNumber>(object->valueForKey(keyPath).get())->doubleValue());
+    }
+    Log log;
+};
+
+struct SentActions {
+    explicit SentActions(ZeSlider& slider)
+    {
+        target->log = &log;
+        slider.setTarget(target);
+        slider.setAction("changed:");
+    }
+    Log log;
+    RetainPtr<LoggingTarget> target = make<LoggingTarget>();
+};
+
+std::string keyOn(ZeSlider& slider, unichar key, Log& log)
+{
+    const auto characters = NSString::string(std::u16string(1, key));
+    slider.keyDown(*NSEvent::keyEvent(NSKeyDown, 0, 0, nullptr, characters, characters, false));
+    return log.take();
+}
+
+TEST(ZeFrequencySlider, PlacesHertzOnTheMelScale)
+{
+    const struct {
+        double hz, mel, tolerance;
+    } kRows[] = {{0, 0, 0}, {20, 31.748, 0.001}, {700, 2595 * std::log10(2.0), 1e-9}, {1000, 999.99, 0.01}, {20000, 3816.91, 0.01}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.hz);
+        EXPECT_NEAR(MelFromHz(row.hz), row.mel, row.tolerance);
+        EXPECT_NEAR(HzFromMel(MelFromHz(row.hz)), row.hz, 1e-9);
+    }
+}
+
+TEST(ZeFrequencySlider, StartsAtTheAudibleRangeWithStepsInHertz)
+{
+    const NSAutoreleasePool pool;
+    const auto slider = make<ZeFrequencySlider>(kFrame);
+    EXPECT_NEAR(slider->minFreqValue(), 20, 1e-9);
+    EXPECT_NEAR(slider->maxFreqValue(), 20000, 1e-9);
+    slider->setFreqValue(1000);
+    Log none;
+    keyOn(*slider, NSUpArrowFunctionKey, none);
+    EXPECT_NEAR(slider->freqValue(), 1001, 1e-9);
+    keyOn(*slider, NSPageDownFunctionKey, none);
+    EXPECT_NEAR(slider->freqValue(), 901, 1e-9);
+    keyOn(*slider, NSHomeFunctionKey, none);
+    EXPECT_NEAR(slider->freqValue(), 20000, 1e-6);
+}
+
+TEST(ZeFrequencySlider, SendsItsActionOnceForANewFrequencyAndAnnouncesEach)
+{
+    const NSAutoreleasePool pool;
+    const auto slider = make<ZeFrequencySlider>(kFrame);
+    slider->setFreqValue(440);
+    SentActions sent(*slider);
+    const auto observer = make<KeyObserver>();
+    slider->addObserverForKeyPath(observer, NSString::string("freqValue").get(), nullptr);
+
+    slider->setFreqValue(440);
+    EXPECT_EQ(sent.log.take(), "");
+    EXPECT_EQ(observer->log.take(), "freqValue(440)");
+    slider->setFreqValue(880);
+    EXPECT_EQ(sent.log.take(), "action(917.486)");
+    EXPECT_EQ(observer->log.take(), "freqValue(880)");
+}
+
+TEST(ZeFrequencySlider, KeepsTheNeighboursOfItsEndsSoThatEchoesDieOut)
+{
+    // what a unit answers is the nearest 32-bit float, which may lie outside the range by a hair
+    const NSAutoreleasePool pool;
+    const auto slider = make<ZeFrequencySlider>(kFrame);
+    for (const double rate : {8000.0, 11025.0, 22050.0, 44100.0, 44101.3, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0, 384000.0}) {
+        SCOPED_TRACE(rate);
+        slider->setMinFreqValue(0.01);
+        slider->setMaxFreqValue(rate / 2);
+        SentActions sent(*slider);
+        for (const double end : {0.01, rate / 2}) {
+            slider->setFreqValue(end);
+            const float held = static_cast<float>(slider->freqValue());
+            slider->setFreqValue(double{held});
+            sent.log.take();
+            EXPECT_EQ(static_cast<float>(slider->freqValue()), held);
+            slider->setFreqValue(double{held});
+            EXPECT_EQ(sent.log.take(), "") << "the second echo changes nothing";
+        }
+    }
+}
+
+TEST(ZeGainFader, IsExactlySilentAtItsFirstMinimum)
+{
+    const NSAutoreleasePool pool;
+    const auto fader = make<ZeGainFader>(kFrame);
+    fader->setMinValue(-120);
+    fader->setMaxValue(20);
+    fader->sliderInit();
+    fader->setMinValue(-140);
+    EXPECT_EQ(fader->minusInfinity(), -120);
+    const struct {
+        double decibels, ratio;
+    } kRows[] = {{-130, 0}, {-120, 0}, {-119, std::pow(10.0, -119 / 20.0)}, {0, 1}, {20, 10}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.decibels);
+        fader->setDoubleValue(row.decibels);
+        EXPECT_EQ(fader->gainRatio(), row.ratio);
+    }
+}
+
+TEST(ZeGainFader, StepsByOneAndSixDecibels)
+{
+    const NSAutoreleasePool pool;
+    const auto fader = make<ZeGainFader>(kFrame);
+    fader->setMinValue(-120);
+    fader->setDoubleValue(-30);
+    Log none;
+    keyOn(*fader, NSUpArrowFunctionKey, none);
+    EXPECT_EQ(fader->doubleValue(), -29);
+    keyOn(*fader, NSPageUpFunctionKey, none);
+    EXPECT_EQ(fader->doubleValue(), -23);
+}
+
+TEST(ZeGainFader, ARatioMovesTheFaderAndItsModel)
+{
+    const NSAutoreleasePool pool;
+    const auto fader = make<ZeGainFader>(kFrame);
+    fader->setMinValue(-120);
+    fader->setMaxValue(20);
+    fader->setMinusInfinity(-120);
+    SentActions sent(*fader);
+    const auto observer = make<KeyObserver>();
+    fader->addObserverForKeyPath(observer, NSString::string("gainRatio").get(), nullptr);
+
+    fader->setGainRatio(1.0);
+    EXPECT_EQ(fader->doubleValue(), 0);
+    EXPECT_EQ(sent.log.take(), "");
+    EXPECT_EQ(observer->log.take(), "gainRatio(1) gainRatio(1)");
+
+    fader->setGainRatio(0.3);
+    EXPECT_EQ(fader->doubleValue(), double{20.0F * std::log10(0.3F)}) << "computed in 32-bit floats";
+
+    const auto model = make<LevelModel>();
+    fader->bind(NSValueBinding, model, NSString::string("level").get());
+    sent.log.take();
+    fader->setGainRatio(0.0);
+    EXPECT_EQ(model->level(), -120);
+}
+
+} // namespace
