@@ -1,5 +1,5 @@
 #include "AppKit/NSToolTipTracker.h"
-#include "AppKit/NSBubble.h"
+#include "AppKit/NSTextBubble.h"
 #include "AppKit/NSWindow.h"
 
 namespace {
@@ -39,8 +39,7 @@ void NSToolTipTracker::show()
     const NSView* const view = ViewWithToolTip(mWindow, mPointer);
     if (!view || !mWindow.isVisible()) return;
     constexpr CGFloat kPointerHeight = 16;
-    const auto bubble = make<NSBubble>(&NSBubble::initWithText, view->toolTip());
-    bubble->placeAt({mPointer, {0, kPointerHeight}}, mWindow.contentSize());
-    mBubble = bubble;
+    mBubble = make<NSTextBubble>(&NSTextBubble::initWithText, view->toolTip(), NSRect{mPointer, {0, kPointerHeight}},
+                                 NSRect{{0, 0}, mWindow.contentSize()});
     mWindow.addOverlay(mBubble);
 }
