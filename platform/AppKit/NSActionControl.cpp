@@ -19,6 +19,7 @@ void NSActionControl::setHighlighted(bool highlighted)
 
 void NSActionControl::setEnabled(bool enabled)
 {
+    const RetainPtr<NSActionControl> keep(this);
     NSControl::setEnabled(enabled);
     if (!enabled) setHighlighted(false);
 }

@@ -115,7 +115,12 @@ public:
     /// Does what is due now, drawing included.
     void turn() { CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false); }
     /// Lets time go by, timers on the way included.
-    void advance(CFTimeInterval seconds) { CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false); }
+    void advance(CFTimeInterval seconds)
+    {
+        const CFAbsoluteTime end = CFAbsoluteTimeGetCurrent() + seconds;
+        CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false);
+        mClock.advanceTo(std::max(end, CFAbsoluteTimeGetCurrent())); // a loop without timers returns at once
+    }
 
     /// Red, green, blue and alpha, premultiplied, at a pixel of the window; drawn up to date.
     std::array<int, 4> pixel(std::size_t x, std::size_t y) const
