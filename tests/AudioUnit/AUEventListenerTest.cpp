@@ -28,6 +28,7 @@ struct Unit final : ComponentInstanceRecord {
                           AudioUnitParameterValue* outValue) override
     {
         *outValue = values.at(parameter);
+        if (const auto hook = std::exchange(afterRead, nullptr)) hook();
         return noErr;
     }
     OSStatus SetParameter(AudioUnitParameterID parameter, AudioUnitScope, AudioUnitElement,
@@ -44,6 +45,7 @@ struct Unit final : ComponentInstanceRecord {
 
     std::array<std::atomic<float>, 8> values{};
     std::string* log = nullptr;
+    std::function<void()> afterRead; ///< once: what another thread does just then
 };
 
 AudioUnitEvent ParameterEvent(AudioUnit unit, AudioUnitEventType type, AudioUnitParameterID id)
@@ -175,6 +177,20 @@ TEST_F(AUEventListenerTest, ValuesAreThoseTheUnitHolds)
     unit.values[1] = 3;
     notify(ParameterEvent(&unit, kAudioUnitEvent_ParameterValueChange, 1));
     EXPECT_EQ(logOf(1.0), "view:set1=3 ");
+}
+
+TEST_F(AUEventListenerTest, AValueOvertakenByANewerOneIsDropped)
+{
+    listener.addValue(kView, &unit, 1);
+    unit.afterRead = [this] { set(1, 2); };
+    set(1, 1); // reads 1 back, but another thread sets and posts 2 before this is posted
+    EXPECT_EQ(logOf(1.0), "view:set1=2 ");
+    unit.afterRead = [this] {
+        set(1, 4);
+        run(0.0);
+    };
+    set(1, 3);
+    EXPECT_EQ(logOf(1.0), "view:set1=4 ") << "also after the newer one went out";
 }
 
 TEST_F(AUEventListenerTest, OnlyTheSendingPairIsLeftOut)

@@ -150,6 +150,7 @@ TEST(ToneRenderer, WaveformsHaveTheirPartialsAndNothingElse)
         {"square", ToneWaveform::Square, 48000, 2501, 4 / pi, 0.0, 4 / pi / 3, -110.0},
         {"high square", ToneWaveform::Square, 48000, 7001, 4 / pi, 0.0, 4 / pi / 3, -110.0},
         {"sawtooth", ToneWaveform::Sawtooth, 48000, 2501, 2 / pi, 1 / pi, 2 / pi / 3, -110.0},
+        {"half faded partial", ToneWaveform::Sawtooth, 48000, 11400, 2 / pi, 0.5 / pi, 0.0, -110.0},
         {"triangle", ToneWaveform::Triangle, 48000, 2501, 8 / (pi * pi), 0.0, 8 / (pi * pi) / 9, -110.0},
         {"sine", ToneWaveform::Sine, 48000, 19997, 1.0, 0.0, 0.0, -110.0},
         {"low square", ToneWaveform::Square, 8000, 13, 4 / pi, 0.0, 4 / pi / 3, -40.0},

@@ -10,7 +10,6 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
-#include <thread>
 
 namespace {
 
@@ -228,19 +227,6 @@ TEST(ToneUnit, TellsItsObserverWhatReachesIt)
     AUEventListenerNotify(nullptr, nullptr, &event);
     AudioUnitSetParameter(&unit, kParamCount, 0, 0, 1.0f, 0);
     EXPECT_EQ(trace.log.str(), "begin5 set5=30 end5 ");
-}
-
-TEST(ToneUnit, NoFrequencyEscapesAFallingSampleRate)
-{
-    for (int round = 0; round < 200; ++round) {
-        ToneUnit unit(96000.0);
-        std::thread setter([&unit] {
-            for (int i = 0; i < 50; ++i) AudioUnitSetParameter(&unit, kParamStartFrequency, 0, 0, 48000.0f, 0);
-        });
-        SetSampleRate(unit, 8000.0);
-        setter.join();
-        ASSERT_EQ(ValueOf(unit, kParamStartFrequency), 4000.0f);
-    }
 }
 
 } // namespace
