@@ -1,0 +1,110 @@
+#pragma once
+
+// An editor in an off-screen window, on a scripted unit.
+
+#include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSWindow.h"
+#include "CoreFoundation/CFRunLoop.h"
+#include "Foundation/NSAssertionHandler.h"
+#include "Foundation/NSAutoreleasePool.h"
+#include "Foundation/NSBundle.h"
+#include "Foundation/NSLog.h"
+#include "ScriptedUnit.h"
+#include "TonaroCocoaViewFactory.h"
+
+#include <gtest/gtest.h>
+
+/// Collects what is reported, and returns.
+class CollectingHandler : public NSAssertionHandler {
+public:
+    void handleFailureInMethod(SEL method, NSObject*, const char* file, int line, const NSString* description) override
+    {
+        reports.push_back(std::string(method) + ": " + description->utf8());
+        lastFile = file;
+        lastLine = line;
+    }
+    std::vector<std::string> reports;
+    std::string lastFile;
+    int lastLine = 0;
+};
+
+/// Sets the scene that every editor needs: pool, clock, display, bundle, a handler that returns.
+class EditorScene {
+public:
+    EditorScene()
+    {
+        NSAssertionHandler::setCurrentHandler(handler);
+        NSBundle::setPreferredLanguages({"en"});
+        const auto bundle = NSBundle::bundleWithPath(TONARO_BUNDLES "/org.tonaro.view.bundle");
+        NSBundle::registerBundle(bundle);
+    }
+    ~EditorScene() { NSAssertionHandler::setCurrentHandler(nullptr); }
+    EditorScene(const EditorScene&) = delete;
+    EditorScene& operator=(const EditorScene&) = delete;
+
+    /// Lets events be delivered for that long.
+    static void run(double seconds = 0.2) { CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false); }
+
+    const NSAutoreleasePool pool;
+    const CFManualClock clock;
+    RetainPtr<CollectingHandler> handler = make<CollectingHandler>();
+};
+
+/// One editor and its window.
+class Editor {
+public:
+    explicit Editor(AudioUnit unit)
+    {
+        const NSAutoreleasePool pool;
+        const auto factory = make<TonaroCocoaViewFactory>();
+        view = asKind<TonaroCocoaView>(factory->uiViewForAudioUnit(unit, {1, 1}));
+        window = make<NSWindow>(&NSWindow::initWithDisplay, display.get(), NSBackendWindowOptions{.contentSize = view->frame().size});
+        window->setContentView(view);
+        window->orderFront();
+    }
+    ~Editor() { window->close(); }
+    Editor(const Editor&) = delete;
+    Editor& operator=(const Editor&) = delete;
+
+    /// The control behind an outlet.
+    template <typename T>
+    T& outlet(const char* name) const
+    {
+        const NSClass::OutletEntry* entry = view->classTable().findOutlet(name);
+        auto* control = entry ? dynamic_cast<const T*>(entry->get(view)) : nullptr;
+        if (!control) throw std::runtime_error(std::string("no outlet ") + name);
+        return const_cast<T&>(*control);
+    }
+    ZeFrequencySlider& start() const { return outlet<ZeFrequencySlider>("mStartFrequencySlider"); }
+    std::string text(const char* name) const { return outlet<NSControl>(name).stringValue()->utf8(); }
+
+    void show(AudioUnitParameterID parameter, float value) const
+    {
+        AudioUnitEvent event{};
+        event.mEventType = kAudioUnitEvent_ParameterValueChange;
+        event.mArgument.mParameter = {nullptr, parameter, 0, 0};
+        view->_eventListener(nullptr, &event, value);
+    }
+    /// What typing that number and Return would do, without the field editor.
+    void enter(const char* field, float value) const
+    {
+        auto& control = outlet<NSControl>(field);
+        control.setFloatValue(value);
+        control.sendAction(control.action(), control.target());
+    }
+    void mouse(NSEventType type, const NSSlider& slider, double value) const
+    {
+        const NSPoint point = slider.convertPointToWindow(slider.knobCenterForValue(value));
+        window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window, type == NSLeftMouseDragged ? 0 : 1));
+    }
+    void click(NSView& clicked) const
+    {
+        const NSPoint point = clicked.convertPointToWindow({10, clicked.bounds().size.height / 2});
+        for (const NSEventType type : {NSLeftMouseDown, NSLeftMouseUp})
+            window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window, 1));
+    }
+
+    std::unique_ptr<NSDisplay> display = NSMakeOffscreenDisplay();
+    RetainPtr<TonaroCocoaView> view;
+    RetainPtr<NSWindow> window;
+};
