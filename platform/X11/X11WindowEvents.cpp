@@ -75,7 +75,6 @@ void X11Window::handlePress(const xcb_button_press_event_t& event)
     const ButtonFacts* facts = FactsOf(event.detail);
     if (!facts || !noticeMissedRelease(event.state)) return;
     mPressed |= facts->mask;
-    if (!mHasFocus) takeFocus(); // embedded windows and those without a window manager get it from nobody else
     mClickCount = mClicks.press(event.detail, pointAt(event.event_x, event.event_y), seconds);
     sendMouse(facts->down, event, mClickCount);
 }
