@@ -138,6 +138,7 @@ private:
 
     RetainPtr<NSResponder> mFirstResponder; // null stands for the window
     unsigned mFocusChanges = 0;
+    NSResponder* mResigning = nullptr; // is being asked to give up the focus
     RetainPtr<NSResponder> mFieldEditor;
 
     RetainPtr<NSView> mTrackingView;

@@ -2,6 +2,7 @@
 
 #include "AppKit/NSAppearance.h"
 #include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSTemporarily.h"
 #include "AppKit/NSWindow.h"
 #include "CoreFoundation/CFRunLoop.h"
 
@@ -73,11 +74,7 @@ std::vector<CGRect> NSWindow::draw()
     const RetainPtr<CGContext> bitmap = mBitmap; // a view may resize the window while it draws
     std::vector<CGRect> pixelRects;
     if (!bitmap) return pixelRects;
-    struct Drawing {
-        bool& flag;
-        explicit Drawing(bool& drawing) : flag(drawing) { flag = true; }
-        ~Drawing() { flag = false; }
-    } const drawing(mDrawing);
+    const NSTemporarily<bool> drawing(mDrawing, true);
     for (const NSRect& rect : dirty.rects()) {
         const CGRect pixels = CGRectIntersection(NSPixelsAround(rect, mScale), {{0, 0}, size});
         if (CGRectIsEmpty(pixels)) continue;

@@ -2,34 +2,18 @@
 
 #include "AppKit/NSApplication.h"
 #include "AppKit/NSMenu.h"
+#include "AppKit/NSTemporarily.h"
 #include "AppKit/NSToolTipTracker.h"
 #include "AppKit/NSWindow.h"
-
-namespace {
-
-/// Keeps a value for as long as this lives, then puts the old one back.
-template <typename T> class Temporarily {
-public:
-    Temporarily(T& place, T value) : mPlace(place), mOld(std::exchange(place, std::move(value))) {}
-    ~Temporarily() { std::swap(mPlace, mOld); }
-    Temporarily(const Temporarily&) = delete;
-    Temporarily& operator=(const Temporarily&) = delete;
-
-private:
-    T& mPlace;
-    T mOld;
-};
-
-} // namespace
 
 bool NSWindow::sendEvent(NSEvent& event)
 {
     if (mClosed) return false;
     const RetainPtr<NSWindow> keep(this);
     const RetainPtr<NSEvent> keepEvent(&event);
-    const Temporarily<NSEvent*> delivered(mEvent, &event);
-    const Temporarily<bool> unwanted(mEventUnwanted, false);
-    const Temporarily<RetainPtr<NSEvent>> current(NSApplication::sharedApplication()->mCurrentEvent, keepEvent);
+    const NSTemporarily<NSEvent*> delivered(mEvent, &event);
+    const NSTemporarily<bool> unwanted(mEventUnwanted, false);
+    const NSTemporarily<RetainPtr<NSEvent>> current(NSApplication::sharedApplication()->mCurrentEvent, keepEvent);
     event.mWindow = this;
     if (mToolTips) mToolTips->eventArrives(event);
     dispatch(event);

@@ -1,5 +1,6 @@
 // The first responder, and the walk of the Tab key.
 
+#include "AppKit/NSTemporarily.h"
 #include "AppKit/NSWindow.h"
 
 NSResponder* NSWindow::firstResponder() const
@@ -21,8 +22,11 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
     if (!isFit()) return false;
 
     const unsigned change = ++mFocusChanges;
-    if (old && !old->resignFirstResponder()) return false;
-    if (change != mFocusChanges) return mFirstResponder == next; // a handler has chosen meanwhile
+    if (old && old != mResigning) { // a handler of its end may choose another
+        const NSTemporarily<NSResponder*> resigning(mResigning, old);
+        if (!old->resignFirstResponder()) return false;
+    }
+    if (change != mFocusChanges) return mFirstResponder == next;
     mFirstResponder = nullptr;
     updateRing();
     if (!next) return true;
