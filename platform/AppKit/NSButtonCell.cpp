@@ -20,14 +20,14 @@ bool Reads(NSCoder& coder, const char* key, const char* text)
     return value && value->utf8() == text;
 }
 
-NSBoxStyle BoxStyleOf(const NSButtonCell& cell, bool filled)
+NSBoxStyle BoxStyleOf(const NSButtonCell& cell, bool filled, bool focused)
 {
     if (filled && !cell.isEnabled()) return {disabledAccentColor, disabledAccentColor};
     if (filled && cell.isHighlighted()) return {pressedAccentColor, pressedAccentColor};
     if (filled) return {controlAccentColor, controlAccentColor};
     if (!cell.isEnabled()) return {disabledFieldColor, disabledFieldBorderColor};
-    if (cell.isHighlighted()) return {fieldPressedColor, fieldHoverBorderColor};
-    return {fieldColor, cell.isHovered() ? fieldHoverBorderColor : fieldBorderColor};
+    const auto border = cell.isHovered() || cell.isHighlighted() ? fieldHoverBorderColor : fieldBorderColor;
+    return {cell.isHighlighted() ? fieldPressedColor : fieldColor, focused ? controlAccentColor : border};
 }
 
 NSAppearanceColorName TitleColorOf(const NSButtonCell& cell)
@@ -82,19 +82,19 @@ CGFloat NSButtonCell::boxCornerRadius() const
     return mBezelStyle == NSHelpButtonBezelStyle ? NSMetrics::helpButtonSize / 2 : NSMetrics::controlCornerRadius;
 }
 
-void NSButtonCell::drawWithFrame(NSRect frame, NSView&)
+void NSButtonCell::drawWithFrame(NSRect frame, NSView& view)
 {
     if (mType == NSSwitchButton)
-        drawCheckBox(frame);
+        drawCheckBox(frame, NSShowsFocus(view));
     else
-        drawBezel(frame);
+        drawBezel(frame, NSShowsFocus(view));
 }
 
-void NSButtonCell::drawCheckBox(NSRect frame) const
+void NSButtonCell::drawCheckBox(NSRect frame, bool focused) const
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
     const NSRect box = boxRect(frame);
-    NSBoxStyle style = BoxStyleOf(*this, state() == NSOnState);
+    NSBoxStyle style = BoxStyleOf(*this, state() == NSOnState, focused);
     style.radius = boxCornerRadius();
     NSDrawBox(context, box, style);
     if (state() == NSOnState)
@@ -106,11 +106,11 @@ void NSButtonCell::drawCheckBox(NSRect frame) const
     NSDrawLine(context, title(), font(), text, NSLeftTextAlignment, TitleColorOf(*this));
 }
 
-void NSButtonCell::drawBezel(NSRect frame) const
+void NSButtonCell::drawBezel(NSRect frame, bool focused) const
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
     const NSRect box = boxRect(frame);
-    NSBoxStyle style = BoxStyleOf(*this, false);
+    NSBoxStyle style = BoxStyleOf(*this, false, focused);
     style.radius = boxCornerRadius();
     NSDrawBox(context, box, style);
     if (mBezelStyle == NSHelpButtonBezelStyle)

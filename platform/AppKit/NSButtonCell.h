@@ -33,8 +33,8 @@ public:
     void drawWithFrame(NSRect frame, NSView& view) override;
 
 private:
-    void drawCheckBox(NSRect frame) const;
-    void drawBezel(NSRect frame) const;
+    void drawCheckBox(NSRect frame, bool focused) const;
+    void drawBezel(NSRect frame, bool focused) const;
 
     NSButtonType mType = NSMomentaryPushInButton;
     NSBezelStyle mBezelStyle = NSRoundedBezelStyle;

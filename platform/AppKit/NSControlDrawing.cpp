@@ -1,5 +1,7 @@
 #include "AppKit/NSControlDrawing.h"
 
+#include "AppKit/NSWindow.h"
+
 #include <cmath>
 
 void NSFillRounded(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName color)
@@ -73,6 +75,12 @@ CGFloat NSWidthOfLine(const NSString* text, CTFontRef font)
 {
     if (!text || text->length() == 0) return 0;
     return CTLineGetTypographicBounds(CTLineCreate(text->units(), font).get()).width;
+}
+
+bool NSShowsFocus(const NSView& view)
+{
+    const NSWindow* window = view.window();
+    return window && window->isKeyWindow() && window->firstResponder() == &view;
 }
 
 NSRect NSCenteredRect(NSRect frame, NSSize size)

@@ -26,5 +26,8 @@ void NSDrawLine(CGContextRef context, const NSString* text, CTFontRef font, NSRe
                 NSAppearanceColorName color);
 CGFloat NSWidthOfLine(const NSString* text, CTFontRef font);
 
+/// Whether `view` has the keyboard, so that its edge takes the colour of the ring around it.
+bool NSShowsFocus(const NSView& view);
+
 /// `rect` of this size in the middle of `frame`, on whole points.
 NSRect NSCenteredRect(NSRect frame, NSSize size);

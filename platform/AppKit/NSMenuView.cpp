@@ -20,6 +20,7 @@ constexpr CGFloat kSeparatorHeight = 9;
 constexpr CGFloat kPadding = 5;     ///< above the first and below the last row
 constexpr CGFloat kMarkColumn = 28; ///< left of the titles, where an item has a check mark
 constexpr CGFloat kSideInset = 12;
+constexpr CGFloat kMinimumWidth = 120;
 constexpr CGFloat kArrowHeight = 18;
 constexpr CFTimeInterval kAutoscrollInterval = 0.04;
 constexpr CGFloat kAutoscrollStep = 8;
@@ -32,7 +33,7 @@ bool NSMenuView::initWithItems(const Items& items, CGFloat minimumWidth)
 {
     const auto marked = [](const auto& item) { return item->state() == NSOnState; };
     mTitleInset = std::any_of(items.begin(), items.end(), marked) ? kMarkColumn : kSideInset;
-    CGFloat width = minimumWidth, y = kPadding;
+    CGFloat width = std::max(minimumWidth, kMinimumWidth), y = kPadding;
     for (const auto& item : items) {
         const CGFloat height = item->isSeparatorItem() ? kSeparatorHeight : kRowHeight;
         mRows.push_back({item, y, height});

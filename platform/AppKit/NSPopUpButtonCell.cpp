@@ -63,14 +63,16 @@ void NSPopUpButtonCell::setObjectValue(NSObject* value)
     selectItemAtIndex(number ? number->intValue() : -1);
 }
 
-void NSPopUpButtonCell::drawWithFrame(NSRect frame, NSView&)
+void NSPopUpButtonCell::drawWithFrame(NSRect frame, NSView& view)
 {
     using enum NSAppearanceColorName;
     const CGContextRef context = NSGraphicsContext::currentContext();
     NSBoxStyle style = {disabledFieldColor, disabledFieldBorderColor};
-    if (isEnabled())
-        style = {isHighlighted() ? fieldPressedColor : fieldColor,
-                 isHovered() ? fieldHoverBorderColor : fieldBorderColor};
+    if (isEnabled()) {
+        style.fill = isHighlighted() ? fieldPressedColor : fieldColor;
+        style.border = isHovered() ? fieldHoverBorderColor : fieldBorderColor;
+        if (NSShowsFocus(view)) style.border = controlAccentColor;
+    }
     NSDrawBox(context, frame, style);
 
     constexpr CGFloat kChevronRoom = 26;

@@ -21,11 +21,12 @@ struct SliderColors {
     NSAppearanceColorName track, fill, knob, border;
 };
 
-SliderColors ColorsOf(const NSSliderCell& cell)
+SliderColors ColorsOf(const NSSliderCell& cell, bool focused)
 {
     if (!cell.isEnabled()) return {disabledTrackColor, disabledAccentColor, disabledKnobColor, fieldBorderColor};
     if (cell.isHighlighted()) return {trackColor, controlAccentColor, knobPressedColor, controlAccentColor};
-    return {trackColor, controlAccentColor, knobColor, cell.isHovered() ? knobHoverBorderColor : knobBorderColor};
+    const auto border = cell.isHovered() ? knobHoverBorderColor : knobBorderColor;
+    return {trackColor, controlAccentColor, knobColor, focused ? controlAccentColor : border};
 }
 
 void FillCircle(CGContextRef context, NSPoint center, CGFloat radius, NSAppearanceColorName color)
@@ -105,8 +106,9 @@ NSPoint NSSliderCell::knobCenterForValue(double value, NSRect bounds) const
     const double fraction = fractionOfRange(value);
     const CGFloat length = (mVertical ? bounds.size.height : bounds.size.width) - 2 * kRadius;
     const CGFloat travelled = kRadius + fraction * std::max(length, 0.0);
-    if (mVertical) return {CGRectGetMidX(bounds), CGRectGetMaxY(bounds) - travelled};
-    return {bounds.origin.x + travelled, CGRectGetMidY(bounds)};
+    // across the track half a point is added, so that the edges of the track lie on whole points
+    if (mVertical) return {std::floor(CGRectGetMidX(bounds)) + 0.5, CGRectGetMaxY(bounds) - travelled};
+    return {bounds.origin.x + travelled, std::floor(CGRectGetMidY(bounds)) + 0.5};
 }
 
 double NSSliderCell::valuePerPoint(NSRect bounds) const
@@ -115,10 +117,10 @@ double NSSliderCell::valuePerPoint(NSRect bounds) const
     return length > 0 ? std::max(mMaxValue / length - mMinValue / length, 0.0) : 0;
 }
 
-void NSSliderCell::drawWithFrame(NSRect frame, NSView&)
+void NSSliderCell::drawWithFrame(NSRect frame, NSView& view)
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
-    const SliderColors colors = ColorsOf(*this);
+    const SliderColors colors = ColorsOf(*this, NSShowsFocus(view));
     const NSPoint knob = knobCenterForValue(doubleValue(), frame);
     constexpr CGFloat kThickness = NSMetrics::trackThickness;
     NSRect track = frame, fill;

@@ -59,11 +59,12 @@ double NSStepperCell::valueAfterSteps(int steps) const
     return value;
 }
 
-void NSStepperCell::drawWithFrame(NSRect frame, NSView&)
+void NSStepperCell::drawWithFrame(NSRect frame, NSView& view)
 {
     using enum NSAppearanceColorName;
     const CGContextRef context = NSGraphicsContext::currentContext();
-    const auto border = isHovered() ? fieldHoverBorderColor : fieldBorderColor;
+    const auto resting = isHovered() ? fieldHoverBorderColor : fieldBorderColor;
+    const auto border = NSShowsFocus(view) ? controlAccentColor : resting;
     NSDrawBox(context, frame,
               {isEnabled() ? fieldColor : disabledFieldColor, isEnabled() ? border : disabledFieldBorderColor});
     const CGFloat half = frame.size.height / 2;

@@ -69,13 +69,13 @@ struct Drag : OffscreenRig {
 TEST(NSSlider, KnobStandsWhereItsValueIs)
 {
     Drag rig;
-    EXPECT_EQ(rig.at(0), (NSPoint{10, 13}));
-    EXPECT_EQ(rig.at(50), (NSPoint{110, 13}));
-    EXPECT_EQ(rig.at(1000), (NSPoint{210, 13}));
+    EXPECT_EQ(rig.at(0), (NSPoint{10, 13.5}));
+    EXPECT_EQ(rig.at(50), (NSPoint{110, 13.5}));
+    EXPECT_EQ(rig.at(1000), (NSPoint{210, 13.5}));
     const auto tall = make<NSSlider>(NSRect{{0, 0}, {26, 120}});
     EXPECT_TRUE(tall->isVertical());
-    EXPECT_EQ(tall->knobCenterForValue(0), (NSPoint{13, 110}));
-    EXPECT_EQ(tall->knobCenterForValue(1), (NSPoint{13, 10}));
+    EXPECT_EQ(tall->knobCenterForValue(0), (NSPoint{13.5, 110}));
+    EXPECT_EQ(tall->knobCenterForValue(1), (NSPoint{13.5, 10}));
 }
 
 TEST(NSSlider, APressOnTheKnobMovesNothing)
