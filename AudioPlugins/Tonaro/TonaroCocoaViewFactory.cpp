@@ -3,6 +3,7 @@
 #include "AppKit/NSNib.h"
 #include "Foundation/NSAutoreleasePool.h"
 #include "Foundation/NSLog.h"
+#include "TonaroFrequencyScale.h"
 
 NS_CLASS_TABLE(TonaroCocoaViewFactory, NSObject, kTonaroViewBundleIdentifier)
     .outlet("uiFreshlyLoadedView", &TonaroCocoaViewFactory::uiFreshlyLoadedView)
@@ -11,6 +12,13 @@ NS_CLASS_TABLE_END
 std::uint32_t TonaroCocoaViewFactory::interfaceVersion() const { return 0; }
 
 RetainPtr<NSString> TonaroCocoaViewFactory::description() const { return NSString::string(" Cocoa View"); }
+
+bool TonaroCocoaViewFactory::init()
+{
+    // only the interface description names this class; naming it here too keeps the linker from leaving it out
+    NSRegisterClass(TonaroFrequencyScale::staticClass());
+    return NSObject::init();
+}
 
 NSView* TonaroCocoaViewFactory::uiViewForAudioUnit(AudioUnit unit, NSSize)
 {

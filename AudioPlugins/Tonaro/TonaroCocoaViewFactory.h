@@ -11,6 +11,7 @@ class TonaroCocoaViewFactory : public NSObject, public AUCocoaUIBase {
 public:
     NS_CLASS(TonaroCocoaViewFactory)
 
+    bool init() override;
     std::uint32_t interfaceVersion() const override; ///< 0
     RetainPtr<NSString> description() const override; ///< " Cocoa View"
     /// A view bound to `unit`, autoreleased. It has the size of its interface description, whatever is preferred.

@@ -297,6 +297,8 @@ TEST(TonaroCocoaView, ReportsEachFailureOfAUnitAndOpensAllTheSame)
     EXPECT_EQ(editor.text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
     EXPECT_EQ(editor.outlet<NSPopUpButton>("mWaveformPopup").numberOfItems(), 0);
 
+    scene.run();
+    unit.takeLog();
     editor.enter("mStartFrequencyText", 1000);
     EXPECT_EQ(unit.takeLog(), "begin(1) set(1,1000) end(1)") << "a refused edit still ends its gesture";
 }
