@@ -27,7 +27,7 @@ struct NSClass {
         const char* name;
         const char* className;                                         ///< what may be connected
         std::function<bool(NSObject* owner, NSObject* value)> connect; ///< false when `value` is of another class
-        std::function<const NSObject*(const NSObject* owner)> get; ///< what is connected; null for nothing
+        std::function<const NSObject*(const NSObject* owner)> get;     ///< what is connected; null for nothing
     };
     struct Key {
         const char* name;

@@ -71,11 +71,7 @@ public:
     operator T*() const&& = delete;
 
     friend bool operator==(const RetainPtr& a, const RetainPtr& b) { return a.mObject == b.mObject; }
-    template <typename U>
-    friend bool operator==(const RetainPtr& a, U* b)
-    {
-        return a.mObject == b;
-    }
+    template <typename U> friend bool operator==(const RetainPtr& a, U* b) { return a.mObject == b; }
     friend bool operator==(const RetainPtr& a, std::nullptr_t) { return a.mObject == nullptr; }
 
 private:

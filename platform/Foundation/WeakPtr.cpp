@@ -1,5 +1,5 @@
-#include "Foundation/NSObjectTables.h"
 #include "Foundation/WeakPtr.h"
+#include "Foundation/NSObjectTables.h"
 
 #include <unordered_map>
 

@@ -67,15 +67,6 @@ TEST(NSDictionary, FindsByEqualityAndKeepsTheOrder)
     EXPECT_NE(Thrown([&] { dictionary->setObject(dictionary, nullptr); }), "");
 }
 
-TEST(NSDictionary, EqualityIgnoresTheOrder)
-{
-    const auto a = "a"_ns, b = "b"_ns;
-    const auto one = NSDictionary::dictionary({{a, a}, {b, b}}), two = NSDictionary::dictionary({{b, b}, {a, a}});
-    EXPECT_TRUE(one->isEqual(two));
-    EXPECT_FALSE(one->isEqual(NSDictionary::dictionary({{a, a}, {b, a}}).get()));
-    EXPECT_FALSE(one->isEqual(NSDictionary::dictionary({{a, a}}).get()));
-}
-
 TEST(NSDictionary, EndsWhatItReplacesWhenItIsWholeAgain)
 {
     Journal journal;

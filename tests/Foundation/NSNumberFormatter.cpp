@@ -3,7 +3,6 @@
 #include "Foundation/NSCoder.h"
 #include "Probe.h"
 
-#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <map>

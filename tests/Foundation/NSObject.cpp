@@ -2,8 +2,6 @@
 #include "Foundation/NSAutoreleasePool.h"
 #include "Probe.h"
 
-#include <clocale>
-#include <fcntl.h>
 #include <stdexcept>
 #include <thread>
 #include <unistd.h>
@@ -52,14 +50,6 @@ TEST(NSObject, EndThatFailsUnseenGoesToTheLog)
         probe->onDealloc = Fail;
     }
     EXPECT_THAT(log.text, HasSubstr("no end"));
-}
-
-TEST(NSObject, InitialiserThatSaysNoAnswersNull)
-{
-    struct Refuses : NSObject {
-        bool init() override { return false; }
-    };
-    EXPECT_FALSE(make<Refuses>());
 }
 
 TEST(NSAutoreleasePool, LetsGoAtItsOwnEnd)
