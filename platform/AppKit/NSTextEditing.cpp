@@ -46,6 +46,16 @@ void NSTextEditing::start(std::u16string text)
     select(mText.size(), mText.size());
 }
 
+void NSTextEditing::restart(std::u16string text)
+{
+    const Span before = selection();
+    const bool everything = before.start == 0 && before.end == mText.size();
+    const std::size_t anchor = mAnchor, caret = mCaret;
+    start(std::move(text));
+    if (everything) selectAll();
+    else select(anchor, caret);
+}
+
 NSTextEditing::Span NSTextEditing::selection() const { return {std::min(mAnchor, mCaret), std::max(mAnchor, mCaret)}; }
 
 std::u16string NSTextEditing::selectedText() const

@@ -56,7 +56,7 @@ public:
     NSTextView* currentEditor() const { return mEditor; }
     /// Gives the field the focus and selects all of its text.
     void selectText(NSObject* sender);
-    /// Drops what was typed and shows the value, as the formatter writes it now. The focus stays.
+    /// Drops what was typed and shows the value, as the formatter writes it now, all selected. The focus stays.
     void abortEditing() override;
     /// What the note beside the field says; null where nothing is refused.
     const NSString* refusalText() const { return mBubble ? mBubble->text() : nullptr; }

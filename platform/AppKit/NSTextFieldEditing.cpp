@@ -58,6 +58,7 @@ void NSTextField::abortEditing()
     if (!mEditor) return;
     hideRefusal();
     showValue();
+    mEditor->selectAll(nullptr);
 }
 
 bool NSTextField::textShouldEndEditing()
@@ -79,7 +80,7 @@ bool NSTextField::commit(Ending ending)
     if (!readText(value)) return false;
     if (value) cell()->setObjectValue(value);
     showValue();
-    if (ending == Ending::byReturn) mEditor->selectAll(nullptr);
+    mEditor->selectAll(nullptr);
     setNeedsDisplay();
     // last, since the action may do anything, throw included
     if (value && (ending == Ending::byReturn || cell()->sendsActionOnEndEditing())) sendAction(action(), target());
@@ -136,7 +137,6 @@ bool NSTextField::textCommand(const NSTextCommand& command, NSEvent& event)
     case NSTextAction::cancel:
         if (!touched) return false;
         abortEditing();
-        mEditor->selectAll(nullptr);
         return true;
     case NSTextAction::stepUp:
         return stepWithKey(true, event);

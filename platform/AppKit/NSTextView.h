@@ -50,8 +50,6 @@ public:
     NSTextView();
     ~NSTextView() override;
 
-    bool init() override { return initWithFrame({}); }
-
     /// A field editor is a part of its field: Tab and Return leave it, and Tab never stops at it.
     bool isFieldEditor() const { return mIsFieldEditor; }
     void setFieldEditor(bool isFieldEditor) { mIsFieldEditor = isFieldEditor; }
@@ -66,6 +64,7 @@ public:
     const std::u16string& text() const { return mEditing.text(); }
     bool isEdited() const { return mEditing.isEdited(); } ///< something was typed
     NSTextEditing::Span selection() const { return mEditing.selection(); }
+    std::size_t caret() const { return mEditing.caret(); }
 
     void selectAll(NSObject* sender);
     void copy(NSObject* sender);
