@@ -42,10 +42,9 @@ NS_CLASS_TABLE(TonaroCocoaView, NSView, kTonaroViewBundleIdentifier)
     .action("startFrequencySliderChanged:", &TonaroCocoaView::startFrequencySliderChanged)
     .action("endFrequencySliderChanged:", &TonaroCocoaView::endFrequencySliderChanged)
     .action("logSweepChanged:", &TonaroCocoaView::logSweepChanged)
-    .action("useEndCheckboxChanged:", &TonaroCocoaView::useEndCheckboxChanged)
-NS_CLASS_TABLE_END
+    .action("useEndCheckboxChanged:", &TonaroCocoaView::useEndCheckboxChanged) NS_CLASS_TABLE_END
 
-void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t, float value)
+    void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t, float value)
 {
     static_cast<TonaroCocoaView*>(userData)->_eventListener(object, event, value);
 }
@@ -79,8 +78,8 @@ void TonaroCocoaView::setAU(AudioUnit unit)
 
 void TonaroCocoaView::_addListeners()
 {
-    report(AUEventListenerCreate(EventListenerDispatcher, this, CFRunLoopGetCurrent(), kCFRunLoopCommonModes, kListenerSeconds,
-                                 kListenerSeconds, &mEventListener),
+    report(AUEventListenerCreate(EventListenerDispatcher, this, CFRunLoopGetCurrent(), kCFRunLoopCommonModes,
+                                 kListenerSeconds, kListenerSeconds, &mEventListener),
            __func__, kCreateFailed);
 
     std::array<AudioUnitParameterID, kParamCount> parameterIDs{};
@@ -98,8 +97,8 @@ void TonaroCocoaView::_addListeners()
         report(AUEventListenerAddEventType(mEventListener, this, &event), __func__, kAddFailed);
     }
 
-    mParamSetter = make<ZeParameterSetter>(&ZeParameterSetter::initWithAudioUnit, mAU, mEventListener, parameterIDs.data(),
-                                           unsigned{kParamCount});
+    mParamSetter = make<ZeParameterSetter>(&ZeParameterSetter::initWithAudioUnit, mAU, mEventListener,
+                                           parameterIDs.data(), unsigned{kParamCount});
     mParamSetter->addZeSlider(mGainSlider, kParamGain);
     mParamSetter->addZeSlider(mStartFrequencySlider, kParamStartFrequency);
     mParamSetter->addZeSlider(mEndFrequencySlider, kParamEndFrequency);
@@ -125,6 +124,6 @@ void TonaroCocoaView::dealloc()
 void TonaroCocoaView::report(OSStatus status, SEL method, const char* message, std::source_location where)
 {
     if (status == noErr) return;
-    NSAssertionHandler::currentHandler()->handleFailureInMethod(method, this, where.file_name(), static_cast<int>(where.line()),
-                                                                NSString::string(message).get());
+    NSAssertionHandler::currentHandler()->handleFailureInMethod(
+        method, this, where.file_name(), static_cast<int>(where.line()), NSString::string(message).get());
 }

@@ -5,8 +5,8 @@
 /// It keeps no copy of the unit's values. The controls show what the unit says, each edit goes to the unit through the
 /// parameter setter, and other controls change only when the unit's events come back.
 ///
-/// Failure: calls of the unit that fail are reported to the assertion handler, with the method, this view, the source line and
-/// a fixed message; with a handler that returns, work goes on.
+/// Failure: calls of the unit that fail are reported to the assertion handler, with the method, this view, the source
+/// line and a fixed message; with a handler that returns, work goes on.
 
 #include "AppKit/NSButton.h"
 #include "AppKit/NSColor.h"
@@ -26,7 +26,8 @@
 inline constexpr const char* kTonaroViewBundleIdentifier = "org.tonaro.view";
 
 /// Callback of the view's listener: hands the event to the view that `userData` points to.
-void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t hostTime, float value);
+void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t hostTime,
+                             float value);
 
 class TonaroCocoaView : public NSView {
 public:

@@ -58,7 +58,8 @@ void TonaroCocoaView::readWaveformNames()
     report(status, kMethod, kPropertyUnreadable);
 
     for (CFIndex i = 0; mWaveformStrings && i < CFArrayGetCount(mWaveformStrings); ++i)
-        mWaveformPopup.call(&NSPopUpButton::addItemWithTitle, asKind<NSString>(CFArrayGetValueAtIndex(mWaveformStrings, i)));
+        mWaveformPopup.call(&NSPopUpButton::addItemWithTitle,
+                            asKind<NSString>(CFArrayGetValueAtIndex(mWaveformStrings, i)));
 }
 
 void TonaroCocoaView::readSampleRate()
@@ -73,8 +74,8 @@ void TonaroCocoaView::readParameters()
 {
     for (const AudioUnitParameter& parameter : mParameter) {
         float value = 0;
-        report(AudioUnitGetParameter(mAU, parameter.mParameterID, kAudioUnitScope_Global, 0, &value), "_synchronizeUIWithAU",
-               kParameterUnreadable);
+        report(AudioUnitGetParameter(mAU, parameter.mParameterID, kAudioUnitScope_Global, 0, &value),
+               "_synchronizeUIWithAU", kParameterUnreadable);
         const AudioUnitEvent event = valueChange(parameter);
         _eventListener(this, &event, value);
     }
@@ -92,19 +93,28 @@ void TonaroCocoaView::_eventListener(void*, const AudioUnitEvent* event, float v
 void TonaroCocoaView::showParameter(AudioUnitParameterID parameter, float value)
 {
     switch (parameter) {
-    case kParamWaveform: showWaveform(value); break;
-    case kParamStartFrequency: showFrequency(mStartFrequencySlider, mStartFrequencyText, value); break;
-    case kParamEndFrequency: showFrequency(mEndFrequencySlider, mEndFrequencyText, value); break;
+    case kParamWaveform:
+        showWaveform(value);
+        break;
+    case kParamStartFrequency:
+        showFrequency(mStartFrequencySlider, mStartFrequencyText, value);
+        break;
+    case kParamEndFrequency:
+        showFrequency(mEndFrequencySlider, mEndFrequencyText, value);
+        break;
     case kParamUseEnd:
         mUseEndCheckbox.call(&NSControl::setFloatValue, value);
         _enableEndFrequencyControls(value > 0);
         break;
-    case kParamLogSweep: mLogSweepCheckbox.call(&NSControl::setFloatValue, value); break;
+    case kParamLogSweep:
+        mLogSweepCheckbox.call(&NSControl::setFloatValue, value);
+        break;
     case kParamGain:
         mGainSlider.call(&NSControl::setFloatValue, value);
         _updateGainText();
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -112,7 +122,8 @@ void TonaroCocoaView::showWaveform(float value)
 {
     if (!mWaveformStrings) return;
     const std::int64_t index = NSTruncate(double{value - mWaveformParameterInfo.minValue});
-    // Choice: a value outside the list leaves the pop-up as it is. Test: TonaroCocoaView.WaveformsOutsideTheListAreIgnored
+    // Choice: a value outside the list leaves the pop-up as it is. Test:
+    // TonaroCocoaView.WaveformsOutsideTheListAreIgnored
     if (index < 0 || index >= CFArrayGetCount(mWaveformStrings)) return;
     mWaveformPopup.call(&NSPopUpButton::setTitle, asKind<NSString>(CFArrayGetValueAtIndex(mWaveformStrings, index)));
 }

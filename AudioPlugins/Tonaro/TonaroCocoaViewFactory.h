@@ -12,11 +12,12 @@ public:
     NS_CLASS(TonaroCocoaViewFactory)
 
     bool init() override;
-    std::uint32_t interfaceVersion() const override; ///< 0
+    std::uint32_t interfaceVersion() const override;  ///< 0
     RetainPtr<NSString> description() const override; ///< " Cocoa View"
     /// A view bound to `unit`, autoreleased. It has the size of its interface description, whatever is preferred.
     NSView* uiViewForAudioUnit(AudioUnit unit, NSSize preferredSize) override;
 
 private:
-    Outlet<TonaroCocoaView> uiFreshlyLoadedView; ///< filled by the interface description, emptied when the view is handed out
+    Outlet<TonaroCocoaView>
+        uiFreshlyLoadedView; ///< filled by the interface description, emptied when the view is handed out
 };

@@ -7,53 +7,53 @@
 #include <cmath>
 
 NS_CLASS_TABLE(TonaroFrequencyScale, NSView, "")
-    .outlet("slider", &TonaroFrequencyScale::slider)
-NS_CLASS_TABLE_END
+    .outlet("slider", &TonaroFrequencyScale::slider) NS_CLASS_TABLE_END
 
-namespace {
-
-struct RoundFrequency {
-    double hz;
-    const char* label;
-    int importance; ///< 0 is labelled first
-};
-constexpr RoundFrequency kRoundFrequencies[] = {
-    {100, "100", 0},   {200, "200", 3},   {500, "500", 1},   {1000, "1k", 0},   {2000, "2k", 1},     {5000, "5k", 1},
-    {10000, "10k", 0}, {20000, "20k", 1}, {50000, "50k", 1}, {100000, "100k", 0}, {200000, "200k", 2},
-};
-constexpr int kLeastImportance = 3;
-
-constexpr CGFloat kTickHeight = 5;
-constexpr CGFloat kTickTop = 1;
-constexpr CGFloat kLabelTop = 8;
-constexpr CGFloat kLabelGap = 6; ///< least distance between two labels
-
-const char* const kObservedKeys[] = {"minValue", "maxValue"};
-
-struct Span {
-    CGFloat left, right;
-};
-
-Span spanOfLabel(const TonaroFrequencyScale::Mark& mark)
+    namespace
 {
-    const auto line = CTLineCreate(NSUTF16FromUTF8(mark.label), NSSmallSystemFont());
-    const CGFloat width = CTLineGetTypographicBounds(line).width;
-    return {mark.x - width / 2, mark.x + width / 2};
-}
 
-bool isFree(Span span, const std::vector<Span>& taken)
-{
-    return std::none_of(taken.begin(), taken.end(), [span](Span other) {
-        return span.left < other.right + kLabelGap && other.left < span.right + kLabelGap;
-    });
-}
+    struct RoundFrequency {
+        double hz;
+        const char* label;
+        int importance; ///< 0 is labelled first
+    };
+    constexpr RoundFrequency kRoundFrequencies[] = {
+        {100, "100", 0},   {500, "500", 1},   {1000, "1k", 0},   {2000, "2k", 1},     {5000, "5k", 1},
+        {10000, "10k", 0}, {20000, "20k", 1}, {50000, "50k", 1}, {100000, "100k", 0}, {200000, "200k", 2},
+    };
+    constexpr int kLeastImportance = 2;
 
-void drawLabel(CGContextRef context, const TonaroFrequencyScale::Mark& mark)
-{
-    const auto line = CTLineCreate(NSUTF16FromUTF8(mark.label), NSSmallSystemFont());
-    const CGPoint baseline{spanOfLabel(mark).left, kLabelTop + CTLineGetTypographicBounds(line).ascent};
-    CTLineDraw(line, context, baseline, NSAppearanceColor(NSAppearanceColorName::secondaryLabelColor));
-}
+    constexpr CGFloat kTickHeight = 5;
+    constexpr CGFloat kTickTop = 1;
+    constexpr CGFloat kLabelTop = 8;
+    constexpr CGFloat kLabelGap = 6; ///< least distance between two labels
+
+    const char* const kObservedKeys[] = {"minValue", "maxValue"};
+
+    struct Span {
+        CGFloat left, right;
+    };
+
+    Span spanOfLabel(const TonaroFrequencyScale::Mark& mark)
+    {
+        const auto line = CTLineCreate(NSUTF16FromUTF8(mark.label), NSSmallSystemFont());
+        const CGFloat width = CTLineGetTypographicBounds(line).width;
+        return {mark.x - width / 2, mark.x + width / 2};
+    }
+
+    bool isFree(Span span, const std::vector<Span>& taken)
+    {
+        return std::none_of(taken.begin(), taken.end(), [span](Span other) {
+            return span.left < other.right + kLabelGap && other.left < span.right + kLabelGap;
+        });
+    }
+
+    void drawLabel(CGContextRef context, const TonaroFrequencyScale::Mark& mark)
+    {
+        const auto line = CTLineCreate(NSUTF16FromUTF8(mark.label), NSSmallSystemFont());
+        const CGPoint baseline{spanOfLabel(mark).left, kLabelTop + CTLineGetTypographicBounds(line).ascent};
+        CTLineDraw(line, context, baseline, NSAppearanceColor(NSAppearanceColorName::secondaryLabelColor));
+    }
 
 } // namespace
 

@@ -2,8 +2,8 @@
 
 /// Tick marks at round frequencies, under a frequency slider.
 ///
-/// The interface description connects `slider` and gives the scale the slider's x and width. The marks stand where the knob's
-/// centre would, and follow the slider's range. A label that would touch a more important one is left out.
+/// The interface description connects `slider` and gives the scale the slider's x and width. The marks stand where the
+/// knob's centre would, and follow the slider's range. A label that would touch a more important one is left out.
 
 #include "AppKit/NSView.h"
 #include "Foundation/NSClass.h"

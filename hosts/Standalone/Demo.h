@@ -6,7 +6,8 @@
 
 #include <string>
 
-/// Draws the editor, drags its start-frequency slider, draws it again into `file`. The session's trace prints what reached the unit.
+/// Draws the editor, drags its start-frequency slider, draws it again into `file`. The session's trace prints what
+/// reached the unit.
 /// @throw InputError when the file can't be written
 void runDemo(const Options& options);
 

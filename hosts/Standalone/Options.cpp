@@ -11,11 +11,11 @@ constexpr int kMostEditors = 16;
 enum Key : int { kSet = 256, kScreenshot, kScale, kTrace, kControls, kEditors, kDemo, kHelp, kVersion };
 
 constexpr option kOptions[] = {
-    {"set", required_argument, nullptr, kSet},           {"screenshot", required_argument, nullptr, kScreenshot},
-    {"scale", required_argument, nullptr, kScale},       {"trace", no_argument, nullptr, kTrace},
-    {"controls", no_argument, nullptr, kControls},       {"editors", required_argument, nullptr, kEditors},
-    {"demo", required_argument, nullptr, kDemo},         {"help", no_argument, nullptr, kHelp},
-    {"version", no_argument, nullptr, kVersion},         {nullptr, 0, nullptr, 0},
+    {"set", required_argument, nullptr, kSet},     {"screenshot", required_argument, nullptr, kScreenshot},
+    {"scale", required_argument, nullptr, kScale}, {"trace", no_argument, nullptr, kTrace},
+    {"controls", no_argument, nullptr, kControls}, {"editors", required_argument, nullptr, kEditors},
+    {"demo", required_argument, nullptr, kDemo},   {"help", no_argument, nullptr, kHelp},
+    {"version", no_argument, nullptr, kVersion},   {nullptr, 0, nullptr, 0},
 };
 
 template <typename Number>
@@ -47,7 +47,9 @@ void chooseMode(Options& options, Options::Mode mode)
 void take(Options& options, int key)
 {
     switch (key) {
-    case kSet: options.settings.push_back(parseSetting(optarg)); break;
+    case kSet:
+        options.settings.push_back(parseSetting(optarg));
+        break;
     case kScreenshot:
         chooseMode(options, Options::Mode::screenshot);
         options.file = optarg;
@@ -56,14 +58,27 @@ void take(Options& options, int key)
         chooseMode(options, Options::Mode::demo);
         options.file = optarg;
         break;
-    case kScale: options.scale = parseNumber<double>("--scale", optarg, 1, kLargestScale); break;
-    case kTrace: options.trace = true; break;
-    case kControls: chooseMode(options, Options::Mode::controls); break;
-    case kEditors: options.editors = parseNumber<int>("--editors", optarg, 1, kMostEditors); break;
+    case kScale:
+        options.scale = parseNumber<double>("--scale", optarg, 1, kLargestScale);
+        break;
+    case kTrace:
+        options.trace = true;
+        break;
+    case kControls:
+        chooseMode(options, Options::Mode::controls);
+        break;
+    case kEditors:
+        options.editors = parseNumber<int>("--editors", optarg, 1, kMostEditors);
+        break;
     case 'h':
-    case kHelp: options.mode = Options::Mode::help; break;
-    case kVersion: options.mode = Options::Mode::version; break;
-    default: throw UsageError{""}; // getopt has said what is wrong
+    case kHelp:
+        options.mode = Options::Mode::help;
+        break;
+    case kVersion:
+        options.mode = Options::Mode::version;
+        break;
+    default:
+        throw UsageError{""}; // getopt has said what is wrong
     }
 }
 

@@ -54,7 +54,8 @@ NSWindow* Session::openEditor(double scale)
     NSBackendWindowOptions options;
     options.contentSize = view->frame().size;
     options.scale = scale;
-    const auto window = make<NSWindow>(&NSWindow::initWithDisplay, NSApplication::sharedApplication()->display(), options);
+    const auto window =
+        make<NSWindow>(&NSWindow::initWithDisplay, NSApplication::sharedApplication()->display(), options);
     if (!window) throw InputError{"the window can't be opened"};
     window->setTitle(NSString::string("Tonaro").get());
     window->setContentView(view);

@@ -17,8 +17,7 @@ constexpr std::string_view kGain = "gain";
 
 std::string shown(const Setting& setting) { return "--set " + setting.first + "=" + setting.second; }
 
-template <typename Number>
-Number numberOf(const Setting& setting)
+template <typename Number> Number numberOf(const Setting& setting)
 {
     const std::string& text = setting.second;
     Number value{};
@@ -52,8 +51,7 @@ void setParameter(ToneUnit& unit, const ToneParameterFacts& facts, const Setting
     AudioUnitSetParameter(&unit, facts.id, kAudioUnitScope_Global, 0, value, 0);
 }
 
-template <typename Number>
-void setProperty(ToneUnit& unit, AudioUnitPropertyID property, const Setting& setting)
+template <typename Number> void setProperty(ToneUnit& unit, AudioUnitPropertyID property, const Setting& setting)
 {
     const auto value = numberOf<Number>(setting);
     if (AudioUnitSetProperty(&unit, property, kAudioUnitScope_Global, 0, &value, sizeof value) != noErr)
@@ -68,8 +66,11 @@ void applySettings(ToneUnit& unit, const std::vector<Setting>& settings)
         if (setting.first == kSampleRate) setProperty<double>(unit, kAudioUnitProperty_SampleRate, setting);
     for (const Setting& setting : settings) {
         const ToneParameterFacts* facts = FindToneParameter(setting.first);
-        if (facts) setParameter(unit, *facts, setting);
-        else if (setting.first == kTimeFormat) setProperty<std::uint32_t>(unit, kPropertyTimeFormat, setting);
-        else if (setting.first != kSampleRate) throw UsageError{shown(setting) + ": there is no “" + setting.first + "”"};
+        if (facts)
+            setParameter(unit, *facts, setting);
+        else if (setting.first == kTimeFormat)
+            setProperty<std::uint32_t>(unit, kPropertyTimeFormat, setting);
+        else if (setting.first != kSampleRate)
+            throw UsageError{shown(setting) + ": there is no “" + setting.first + "”"};
     }
 }

@@ -38,12 +38,24 @@ void runWindows(const Options& options)
 int runMode(const Options& options)
 {
     switch (options.mode) {
-    case Options::Mode::help: std::fputs(helpText().c_str(), stdout); break;
-    case Options::Mode::version: std::puts("tonaro " TONARO_VERSION); break;
-    case Options::Mode::screenshot: takeScreenshot(options); break;
-    case Options::Mode::controls: printControls(options); break;
-    case Options::Mode::demo: runDemo(options); break;
-    case Options::Mode::window: runWindows(options); break;
+    case Options::Mode::help:
+        std::fputs(helpText().c_str(), stdout);
+        break;
+    case Options::Mode::version:
+        std::puts("tonaro " TONARO_VERSION);
+        break;
+    case Options::Mode::screenshot:
+        takeScreenshot(options);
+        break;
+    case Options::Mode::controls:
+        printControls(options);
+        break;
+    case Options::Mode::demo:
+        runDemo(options);
+        break;
+    case Options::Mode::window:
+        runWindows(options);
+        break;
     }
     return kDone;
 }

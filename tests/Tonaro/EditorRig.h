@@ -58,7 +58,8 @@ public:
         const NSAutoreleasePool pool;
         const auto factory = make<TonaroCocoaViewFactory>();
         view = asKind<TonaroCocoaView>(factory->uiViewForAudioUnit(unit, {1, 1}));
-        window = make<NSWindow>(&NSWindow::initWithDisplay, display.get(), NSBackendWindowOptions{.contentSize = view->frame().size});
+        window = make<NSWindow>(&NSWindow::initWithDisplay, display.get(),
+                                NSBackendWindowOptions{.contentSize = view->frame().size});
         window->setContentView(view);
         window->orderFront();
     }
@@ -67,8 +68,7 @@ public:
     Editor& operator=(const Editor&) = delete;
 
     /// The control behind an outlet.
-    template <typename T>
-    T& outlet(const char* name) const
+    template <typename T> T& outlet(const char* name) const
     {
         const NSClass::OutletEntry* entry = view->classTable().findOutlet(name);
         auto* control = entry ? dynamic_cast<const T*>(entry->get(view)) : nullptr;
@@ -95,7 +95,8 @@ public:
     void mouse(NSEventType type, const NSSlider& slider, double value) const
     {
         const NSPoint point = slider.convertPointToWindow(slider.knobCenterForValue(value));
-        window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window, type == NSLeftMouseDragged ? 0 : 1));
+        window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window,
+                                               type == NSLeftMouseDragged ? 0 : 1));
     }
     void click(NSView& clicked) const
     {

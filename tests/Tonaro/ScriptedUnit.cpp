@@ -14,8 +14,7 @@ std::string shortest(float value)
     return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-template <typename T>
-OSStatus answer(const T& value, void* data, std::uint32_t* size)
+template <typename T> OSStatus answer(const T& value, void* data, std::uint32_t* size)
 {
     std::memcpy(data, &value, sizeof value);
     *size = sizeof value;
@@ -28,7 +27,8 @@ std::string ScriptedUnit::takeLog() { return std::exchange(mLog, {}); }
 
 void ScriptedUnit::log(const std::string& word) { mLog += mLog.empty() ? word : " " + word; }
 
-OSStatus ScriptedUnit::GetProperty(AudioUnitPropertyID property, AudioUnitScope, AudioUnitElement, void* data, std::uint32_t* size)
+OSStatus ScriptedUnit::GetProperty(AudioUnitPropertyID property, AudioUnitScope, AudioUnitElement, void* data,
+                                   std::uint32_t* size)
 {
     if (failsAlways) return kAudioUnitErr_InvalidProperty;
     if (property == kAudioUnitProperty_SampleRate) return answer(sampleRate, data, size);
@@ -58,7 +58,8 @@ OSStatus ScriptedUnit::GetParameter(AudioUnitParameterID id, AudioUnitScope, Aud
     return noErr;
 }
 
-OSStatus ScriptedUnit::SetParameter(AudioUnitParameterID id, AudioUnitScope, AudioUnitElement, float value, std::uint32_t)
+OSStatus ScriptedUnit::SetParameter(AudioUnitParameterID id, AudioUnitScope, AudioUnitElement, float value,
+                                    std::uint32_t)
 {
     log("set(" + std::to_string(id) + "," + shortest(value) + ")");
     if (failsAlways) return kAudioUnitErr_InvalidParameter;

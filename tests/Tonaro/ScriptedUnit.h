@@ -24,10 +24,12 @@ public:
                          std::uint32_t* size) override;
     OSStatus SetProperty(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element, const void* data,
                          std::uint32_t size) override;
-    OSStatus GetParameter(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element, float* value) override;
+    OSStatus GetParameter(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element,
+                          float* value) override;
     OSStatus SetParameter(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element, float value,
                           std::uint32_t bufferOffset) override;
-    void ParameterGesture(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element, bool begins) override;
+    void ParameterGesture(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element,
+                          bool begins) override;
 
 private:
     void log(const std::string& word);

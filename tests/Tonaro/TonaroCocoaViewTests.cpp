@@ -62,7 +62,8 @@ TEST_F(TonaroCocoaViewTest, AChangeOfTheRateChangesRangeAndLabels)
         double rate;
         const char* label;
         double nyquist;
-    } kRows[] = {{48000, "(.01 to 24000 Hz)", 24000}, {0, "(.01 to 22050 Hz)", 22050}, {8000, "(.01 to 4000 Hz)", 4000}};
+    } kRows[] = {
+        {48000, "(.01 to 24000 Hz)", 24000}, {0, "(.01 to 22050 Hz)", 22050}, {8000, "(.01 to 4000 Hz)", 4000}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.rate);
         unit.sampleRate = row.rate;
@@ -96,7 +97,8 @@ TEST_F(TonaroCocoaViewTest, MinusInfinityShowsForExactlyTheLowestGain)
 
 TEST_F(TonaroCocoaViewTest, TheSwitchEnablesTheEndControlsTogether)
 {
-    for (const auto& [value, enabled] : {std::pair(0.0F, false), {0.5F, true}, {-1.0F, false}, {1.0F, true}, {kNaN, false}}) {
+    for (const auto& [value, enabled] :
+         {std::pair(0.0F, false), {0.5F, true}, {-1.0F, false}, {1.0F, true}, {kNaN, false}}) {
         SCOPED_TRACE(value);
         editor.show(kParamUseEnd, value);
         for (const char* name : {"mEndFrequencySlider", "mEndFrequencyText", "mLogSweepCheckbox"})
@@ -289,8 +291,10 @@ TEST(TonaroCocoaView, ReportsEachFailureOfAUnitAndOpensAllTheSame)
     ScriptedUnit unit;
     unit.failsAlways = true;
     const Editor editor(&unit);
-    std::vector<std::string> expected(2, "_synchronizeUIWithAU: [TonaroCocoaView synchronizeUIWithParameterValues] (x.1)");
-    expected.insert(expected.end(), 7, "_synchronizeUIWithAU: [StretchoCocoaView synchronizeUIWithParameterValues] (x.1)");
+    std::vector<std::string> expected(2,
+                                      "_synchronizeUIWithAU: [TonaroCocoaView synchronizeUIWithParameterValues] (x.1)");
+    expected.insert(expected.end(), 7,
+                    "_synchronizeUIWithAU: [StretchoCocoaView synchronizeUIWithParameterValues] (x.1)");
     EXPECT_EQ(scene.handler->reports, expected);
     EXPECT_NE(scene.handler->lastFile.find("AudioPlugins/Tonaro/TonaroCocoaView"), std::string::npos);
     EXPECT_GT(scene.handler->lastLine, 0);

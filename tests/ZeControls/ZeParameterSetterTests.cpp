@@ -20,7 +20,8 @@ public:
         *value = mHeld;
         return noErr;
     }
-    OSStatus SetParameter(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element, float value, std::uint32_t) override
+    OSStatus SetParameter(AudioUnitParameterID id, AudioUnitScope scope, AudioUnitElement element, float value,
+                          std::uint32_t) override
     {
         std::ostringstream text;
         text << "set(" << id << ',' << value;
@@ -101,7 +102,8 @@ TEST_F(ZeParameterSetterTest, APressOfARegisteredSliderIsAGesture)
     setter->addZeSlider(slider, 5);
     post(ZeSliderMouseDownNotification, slider);
     post(ZeSliderMouseUpNotification, slider);
-    EXPECT_EQ(unit.log.take(), "begin(5) begin(5) end(5) end(5)") << "registered twice: observed twice, for the last id";
+    EXPECT_EQ(unit.log.take(), "begin(5) begin(5) end(5) end(5)")
+        << "registered twice: observed twice, for the last id";
 
     const auto stranger = make<ZeSlider>(CGRectMake(0, 0, 100, 20));
     post(ZeSliderMouseDownNotification, stranger);
@@ -125,7 +127,8 @@ public:
             [](void* userData, void*, const AudioUnitEvent* event, std::uint64_t, float value) {
                 static constexpr const char* kNames[] = {"value", "begin", "end", "property"};
                 const AudioUnitParameter& parameter = event->mArgument.mParameter;
-                static_cast<Log*>(userData)->add(kNames[event->mEventType] + std::to_string(parameter.mScope * 10 + parameter.mElement), value);
+                static_cast<Log*>(userData)->add(
+                    kNames[event->mEventType] + std::to_string(parameter.mScope * 10 + parameter.mElement), value);
             },
             &log, CFRunLoopGetCurrent(), kCFRunLoopCommonModes, 0, 0, &ref);
         for (const auto type : {kAudioUnitEvent_ParameterValueChange, kAudioUnitEvent_BeginParameterChangeGesture,

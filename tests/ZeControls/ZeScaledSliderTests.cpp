@@ -42,7 +42,11 @@ TEST(ZeFrequencySlider, PlacesHertzOnTheMelScale)
 {
     const struct {
         double hz, mel, tolerance;
-    } kRows[] = {{0, 0, 0}, {20, 31.748, 0.001}, {700, 2595 * std::log10(2.0), 1e-9}, {1000, 999.99, 0.01}, {20000, 3816.91, 0.01}};
+    } kRows[] = {{0, 0, 0},
+                 {20, 31.748, 0.001},
+                 {700, 2595 * std::log10(2.0), 1e-9},
+                 {1000, 999.99, 0.01},
+                 {20000, 3816.91, 0.01}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.hz);
         EXPECT_NEAR(MelFromHz(row.hz), row.mel, row.tolerance);
@@ -88,7 +92,8 @@ TEST(ZeFrequencySlider, KeepsTheNeighboursOfItsEndsSoThatEchoesDieOut)
     // what a unit answers is the nearest 32-bit float, which may lie outside the range by a hair
     const NSAutoreleasePool pool;
     const auto slider = make<ZeFrequencySlider>(kFrame);
-    for (const double rate : {8000.0, 11025.0, 22050.0, 44100.0, 44101.3, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0, 384000.0}) {
+    for (const double rate :
+         {8000.0, 11025.0, 22050.0, 44100.0, 44101.3, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0, 384000.0}) {
         SCOPED_TRACE(rate);
         slider->setMinFreqValue(0.01);
         slider->setMaxFreqValue(rate / 2);

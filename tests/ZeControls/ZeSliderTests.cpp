@@ -64,7 +64,8 @@ protected:
     }
     void logNotifications()
     {
-        for (const auto& [name, word] : {std::pair(ZeSliderMouseDownNotification, "down"), std::pair(ZeSliderMouseUpNotification, "up")})
+        for (const auto& [name, word] :
+             {std::pair(ZeSliderMouseDownNotification, "down"), std::pair(ZeSliderMouseUpNotification, "up")})
             observers.push_back(NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
                 NSString::string(name).get(), slider, [this, word = word](NSNotification&) { log().add(word); }));
     }
@@ -97,12 +98,18 @@ struct KeyRow {
 TEST_F(ZeSliderTest, KeysMoveByStepsAndToTheEnds)
 {
     const KeyRow kRows[] = {
-        {"up", NSUpArrowFunctionKey, false, 52},          {"down", NSDownArrowFunctionKey, false, 48},
-        {"left", NSLeftArrowFunctionKey, false, 48},      {"right", NSRightArrowFunctionKey, false, 52},
-        {"command up", NSUpArrowFunctionKey, true, 100},  {"command down", NSDownArrowFunctionKey, true, 0},
-        {"command left", NSLeftArrowFunctionKey, true, 0}, {"command right", NSRightArrowFunctionKey, true, 100},
-        {"home is the maximum", NSHomeFunctionKey, false, 100}, {"end is the minimum", NSEndFunctionKey, false, 0},
-        {"page up", NSPageUpFunctionKey, false, 60},      {"page down", NSPageDownFunctionKey, true, 40},
+        {"up", NSUpArrowFunctionKey, false, 52},
+        {"down", NSDownArrowFunctionKey, false, 48},
+        {"left", NSLeftArrowFunctionKey, false, 48},
+        {"right", NSRightArrowFunctionKey, false, 52},
+        {"command up", NSUpArrowFunctionKey, true, 100},
+        {"command down", NSDownArrowFunctionKey, true, 0},
+        {"command left", NSLeftArrowFunctionKey, true, 0},
+        {"command right", NSRightArrowFunctionKey, true, 100},
+        {"home is the maximum", NSHomeFunctionKey, false, 100},
+        {"end is the minimum", NSEndFunctionKey, false, 0},
+        {"page up", NSPageUpFunctionKey, false, 60},
+        {"page down", NSPageDownFunctionKey, true, 40},
     };
     for (const KeyRow& row : kRows) {
         SCOPED_TRACE(row.why);
@@ -119,8 +126,10 @@ TEST_F(ZeSliderTest, KeysMoveByStepsAndToTheEnds)
 TEST_F(ZeVerticalSliderTest, LeftRaisesAndRightLowers)
 {
     const KeyRow kRows[] = {
-        {"left", NSLeftArrowFunctionKey, false, 52},        {"right", NSRightArrowFunctionKey, false, 48},
-        {"command left", NSLeftArrowFunctionKey, true, 100}, {"command right", NSRightArrowFunctionKey, true, 0},
+        {"left", NSLeftArrowFunctionKey, false, 52},
+        {"right", NSRightArrowFunctionKey, false, 48},
+        {"command left", NSLeftArrowFunctionKey, true, 100},
+        {"command right", NSRightArrowFunctionKey, true, 0},
         {"up", NSUpArrowFunctionKey, false, 52},
     };
     for (const KeyRow& row : kRows) {
@@ -221,8 +230,9 @@ TEST_F(ZeSliderTest, ABoundSliderGivesTheClampedValueToTheModel)
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
         const auto model = make<NSMutableDictionary>();
-        const auto info = NSDictionary::dictionary({{NSString::string(NSObservedObjectKey).get(), model},
-                                                    {NSString::string(NSObservedKeyPathKey).get(), NSString::string(row.keyPath).get()}});
+        const auto info = NSDictionary::dictionary(
+            {{NSString::string(NSObservedObjectKey).get(), model},
+             {NSString::string(NSObservedKeyPathKey).get(), NSString::string(row.keyPath).get()}});
         slider->bindWithInfo(NSValueBinding, info);
         slider->setBoundObjectValue(row.value);
         const auto* stored = asKind<NSNumber>(model->objectForKey(row.key));

@@ -2,8 +2,8 @@
 
 /// A slider for frequencies on the mel scale: equal travel of the knob covers equal distances of pitch.
 ///
-/// Slider units are mels; the properties here are hertz, computed from the slider's value and not stored. Steps are hertz.
-/// Every change announces the key "freqValue".
+/// Slider units are mels; the properties here are hertz, computed from the slider's value and not stored. Steps are
+/// hertz. Every change announces the key "freqValue".
 
 #include "Slider/ZeSlider.h"
 

@@ -6,11 +6,10 @@
 
 NS_CLASS_TABLE(ZeParameterSetter, NSObject, "")
     .action("handleSliderMouseDown:", &ZeParameterSetter::handleSliderMouseDown)
-    .action("handleSliderMouseUp:", &ZeParameterSetter::handleSliderMouseUp)
-NS_CLASS_TABLE_END
+    .action("handleSliderMouseUp:", &ZeParameterSetter::handleSliderMouseUp) NS_CLASS_TABLE_END
 
-bool ZeParameterSetter::initWithAudioUnit(AudioUnit unit, AUEventListenerRef listener, const AudioUnitParameterID* parameterIDs,
-                                          unsigned count)
+    bool ZeParameterSetter::initWithAudioUnit(AudioUnit unit, AUEventListenerRef listener,
+                                              const AudioUnitParameterID* parameterIDs, unsigned count)
 {
     if (!init()) return false;
     m_pListener = listener;
@@ -40,8 +39,8 @@ void ZeParameterSetter::setParameter(AudioUnitParameterID parameter, float value
     setParameter(parameter, value, sender, 0, kAudioUnitScope_Global);
 }
 
-void ZeParameterSetter::setParameter(AudioUnitParameterID parameter, float value, NSObject* sender, AudioUnitElement element,
-                                     AudioUnitScope scope)
+void ZeParameterSetter::setParameter(AudioUnitParameterID parameter, float value, NSObject* sender,
+                                     AudioUnitElement element, AudioUnitScope scope)
 {
     AudioUnitEvent event{};
     if (!copyEvent(NSNumber::numberWithUnsignedInt(parameter).get(), event)) return;

@@ -10,23 +10,25 @@ NS_CLASS_TABLE(ZeSlider, NSSlider, "")
     .key("smallStep", &ZeSlider::smallStep, &ZeSlider::setSmallStep)
     .key("largeStep", &ZeSlider::largeStep, &ZeSlider::setLargeStep)
     .key("defaultValue", &ZeSlider::defaultValue, &ZeSlider::setDefaultValue)
-    .key("becomeFirstResponderOnClick", &ZeSlider::becomeFirstResponderOnClick, &ZeSlider::setBecomeFirstResponderOnClick)
-NS_CLASS_TABLE_END
+    .key("becomeFirstResponderOnClick", &ZeSlider::becomeFirstResponderOnClick,
+         &ZeSlider::setBecomeFirstResponderOnClick) NS_CLASS_TABLE_END
 
-namespace {
-
-void post(const char* notification, ZeSlider* slider)
+    namespace
 {
-    NSNotificationCenter::defaultCenter()->postNotificationName(NSString::string(notification).get(), slider, nullptr);
-}
 
-RetainPtr<NSString> withoutSelf(const NSString& keyPath)
-{
-    static constexpr std::u16string_view kSelf = u"self.";
-    std::u16string_view path = keyPath.units();
-    if (path.starts_with(kSelf)) path.remove_prefix(kSelf.size());
-    return NSString::string(std::u16string(path));
-}
+    void post(const char* notification, ZeSlider* slider)
+    {
+        NSNotificationCenter::defaultCenter()->postNotificationName(NSString::string(notification).get(), slider,
+                                                                    nullptr);
+    }
+
+    RetainPtr<NSString> withoutSelf(const NSString& keyPath)
+    {
+        static constexpr std::u16string_view kSelf = u"self.";
+        std::u16string_view path = keyPath.units();
+        if (path.starts_with(kSelf)) path.remove_prefix(kSelf.size());
+        return NSString::string(std::u16string(path));
+    }
 
 } // namespace
 
@@ -67,8 +69,10 @@ NSDictionary* ZeSlider::getValueBinding() const { return infoForBinding(NSValueB
 void ZeSlider::setBoundObjectValue(double value)
 {
     const double oldValue = doubleValue();
-    if (NSDictionary* binding = getValueBinding()) pushToBoundObject(*binding, value);
-    else setDoubleValue(value);
+    if (NSDictionary* binding = getValueBinding())
+        pushToBoundObject(*binding, value);
+    else
+        setDoubleValue(value);
     if (oldValue != value) sendActionToTarget();
 }
 
@@ -79,8 +83,10 @@ void ZeSlider::pushToBoundObject(NSDictionary& binding, double& value)
     if (!keyPath || !object) return;
 
     const RetainPtr<NSString> key = withoutSelf(*keyPath);
-    if (value > maxValue()) value = maxValue();
-    else if (minValue() > value) value = minValue();
+    if (value > maxValue())
+        value = maxValue();
+    else if (minValue() > value)
+        value = minValue();
     object->setValue(NSNumber::numberWithDouble(value).get(), key);
     valueDidChange();
 }
@@ -126,8 +132,10 @@ bool ZeSlider::handleKey(unichar key, bool command)
     };
     for (const auto& row : kKeys) {
         if (row.key != key) continue;
-        if (row.toEnd) setBoundObjectValue(row.direction > 0 ? maxValue() : minValue());
-        else changeValueBy(row.direction * row.step);
+        if (row.toEnd)
+            setBoundObjectValue(row.direction > 0 ? maxValue() : minValue());
+        else
+            changeValueBy(row.direction * row.step);
         return true;
     }
     return false;

@@ -2,8 +2,8 @@
 
 /// A slider with keyboard steps, a default value, and notifications that frame a drag.
 ///
-/// Values and steps are in slider units, the units of `doubleValue`, `minValue` and `maxValue`; a subclass may show another
-/// quantity. Nothing is reported: a value binding that lacks its key path or object makes a change go nowhere.
+/// Values and steps are in slider units, the units of `doubleValue`, `minValue` and `maxValue`; a subclass may show
+/// another quantity. Nothing is reported: a value binding that lacks its key path or object makes a change go nowhere.
 ///
 /// | key                | moves by                | with Command             |
 /// |--------------------|-------------------------|--------------------------|
@@ -19,7 +19,8 @@
 
 class NSDictionary;
 
-/// Posted to the default notification centre, with the slider as object: before a press is tracked, and after tracking ended.
+/// Posted to the default notification centre, with the slider as object: before a press is tracked, and after tracking
+/// ended.
 inline constexpr const char* ZeSliderMouseDownNotification = "ZeSliderMouseDownNotification";
 inline constexpr const char* ZeSliderMouseUpNotification = "ZeSliderMouseUpNotification";
 
@@ -54,8 +55,8 @@ public:
 
     /// The description of the value binding; null when the value isn't bound.
     NSDictionary* getValueBinding() const;
-    /// The setter of what a person does: a bound slider gives the value, clamped to its range, to the bound object; an unbound one
-    /// takes it itself. Sends the action when the value differs from the one before.
+    /// The setter of what a person does: a bound slider gives the value, clamped to its range, to the bound object; an
+    /// unbound one takes it itself. Sends the action when the value differs from the one before.
     void setBoundObjectValue(double value);
 
     void keyDown(NSEvent& event) override;
