@@ -84,7 +84,7 @@ private:
     CGSize mPixels;
     std::optional<X11Surface> mSurface; // from the first pixels on
     NSClickCounter mClicks;
-    int mClickCount = 0;
+    int mClickCount = 1;        // a release may end a press that another window saw
     std::uint16_t mPressed = 0; // masks of the buttons that went down here
     bool mTakesFocus = true, mHasFocus = false;
     std::optional<NSCursorShape> mCursor;

@@ -99,7 +99,7 @@ void X11Window::handleCrossing(const xcb_enter_notify_event_t& event)
     if (!noticeMissedRelease(event.state)) return;
     if (isEnter)
         sendMouse(TypeOfMove(event.state), event, 0);
-    else if (!mPressed && event.mode != XCB_NOTIFY_MODE_UNGRAB)
+    else if (!mPressed)
         sendMouse(NSMouseExited, event, 0);
 }
 
