@@ -303,7 +303,10 @@ bool NSNumberFormatter::getObjectValue(RetainPtr<NSObject>* object, const NSStri
                                        RetainPtr<NSString>* error) const
 {
     if (object) *object = nullptr;
-    if (!text || Trimmed(text->units()).empty()) return true;
+    if (!text || Trimmed(text->units()).empty()) {
+        if (error) *error = Sentence("A number is needed here.", nullptr);
+        return false;
+    }
     RetainPtr<NSNumber> number = read(text, error);
     if (!number) return false;
     if (object) *object = std::move(number);
