@@ -236,6 +236,30 @@ TEST(NSMenu, OutlivesItsTarget)
     EXPECT_EQ(rig.log->take(), "chosen:");
 }
 
+TEST(NSMenu, AnActionMayTakeEverythingAway)
+{
+    OpenMenu rig;
+    rig.log->also = [&] {
+        rig.menu->removeAllItems();
+        rig.view->removeFromSuperview();
+        rig.window()->close();
+    };
+    rig.open();
+    rig.click(rig.rowAt(0));
+    EXPECT_EQ(rig.log->take(), "chosen:Sine ");
+}
+
+TEST(NSMenu, AnActionMayOpenAnother)
+{
+    OpenMenu rig;
+    rig.log->also = [&] { rig.open(); };
+    rig.open();
+    rig.click(rig.rowAt(1));
+    EXPECT_TRUE(rig.menu->isOpen());
+    rig.menuKey(NSEscapeCharacter);
+    EXPECT_EQ(rig.log->take(), "chosen:Triangle closed ");
+}
+
 TEST(NSMenuFrame, StaysOnTheScreen)
 {
     static const struct {
