@@ -52,8 +52,10 @@ void NSTextEditing::restart(std::u16string text)
     const bool everything = before.start == 0 && before.end == mText.size();
     const std::size_t anchor = mAnchor, caret = mCaret;
     start(std::move(text));
-    if (everything) selectAll();
-    else select(anchor, caret);
+    if (everything)
+        selectAll();
+    else
+        select(anchor, caret);
 }
 
 NSTextEditing::Span NSTextEditing::selection() const { return {std::min(mAnchor, mCaret), std::max(mAnchor, mCaret)}; }

@@ -19,7 +19,8 @@ bool NSTextFieldCell::initWithCoder(NSCoder& coder)
     mEditable = coder.decodeBoolForKey("editable", false);
     mSelectable = coder.decodeBoolForKey("selectable", false);
     mDrawsBackground = coder.decodeBoolForKey("drawsBackground", false);
-    mBordered = coder.containsValueForKey("borderStyle");
+    const RetainPtr<NSString> border = coder.decodeStringForKey("borderStyle");
+    mBordered = border && border->units() != u"none";
     if (title() && title()->length() > 0) setStringValue(title());
     return true;
 }

@@ -12,7 +12,7 @@ public:
     NS_CLASS(NSTextFieldCell)
 
     /// Reads `placeholderString`, `editable`, `selectable`, `drawsBackground` and `borderStyle` ("bezel", "border" or
-    /// "line"; none where it is missing). The title is the first value.
+    /// "line"; no frame for "none" and where it is missing). The title is the first value.
     bool initWithCoder(NSCoder& coder) override;
 
     bool isEditable() const { return mEditable; }

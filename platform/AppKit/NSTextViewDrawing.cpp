@@ -46,7 +46,7 @@ NSRect NSTextView::caretRect() const
     if (!mClient) return {};
     const CGPoint origin = lineOrigin();
     const CGFloat ascent = CTFontGetAscent(mStyle.font.get()), descent = CTFontGetDescent(mStyle.font.get());
-    return CGRectMake(std::round(origin.x + caretOffset() - kCaretWidth / 2), origin.y - std::ceil(ascent), kCaretWidth,
+    return CGRectMake(std::round(origin.x + caretOffset() - 0.25), origin.y - std::ceil(ascent), kCaretWidth,
                       std::ceil(ascent) + std::ceil(descent));
 }
 
