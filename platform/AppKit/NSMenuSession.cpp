@@ -18,7 +18,8 @@ class NSMenuWindow final : public NSWindow {
 
 RetainPtr<NSMenuSession>& Current()
 {
-    static RetainPtr<NSMenuSession> session;
+    // never destroyed: a menu that is open when the process ends must not look for windows that are gone
+    static auto& session = *new RetainPtr<NSMenuSession>;
     return session;
 }
 

@@ -19,6 +19,7 @@ struct OpenMenu : OffscreenRig {
         for (const char* title : titles)
             log->watch(*menu->addItemWithTitle(NSString::string(title).get(), nullptr, nullptr));
     }
+    ~OpenMenu() { menu->cancelTracking(); }
     /// Below the view, as a press at its top left would open it.
     bool open(const NSEvent* opener = nullptr)
     {
