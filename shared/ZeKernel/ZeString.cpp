@@ -2,8 +2,10 @@
 
 #include "ZeSafeCRT.h"
 
+#include <charconv>
 #include <cstdio>
 #include <functional>
+#include <optional>
 
 namespace {
 
@@ -22,6 +24,52 @@ template <typename Ch> void Assign(std::basic_string<Ch>& target, const Ch* sour
         target = source;
 }
 
+constexpr std::size_t kLongestConversion = 20; // elements, of the smallest 64-bit number
+
+/// Writes a number's digits, filled with zeros up to `width`. @return behind the last one
+template <typename Number> wchar_t* WriteDigits(wchar_t* to, Number number, int base, std::ptrdiff_t width)
+{
+    char digits[kLongestConversion];
+    const char* const end = std::to_chars(digits, std::end(digits), number, base).ptr;
+    for (std::ptrdiff_t missing = width - (end - digits); missing > 0; --missing) *to++ = L'0';
+    return std::copy(static_cast<const char*>(digits), end, to);
+}
+
+/// Prints the formats that the kernel itself uses: text, %c, %d, %ld, and %u and %x with at most one digit of a width
+/// that zeros fill. @return the length; nothing where the format or the text's length needs the C library
+std::optional<std::size_t> PrintPlain(wchar_t (&buffer)[kBuffer], const wchar_t* format, va_list args)
+{
+    wchar_t* to = buffer;
+    wchar_t* const last = buffer + (kCount - 1) - kLongestConversion;
+    while (const wchar_t element = *format++) {
+        if (to > last) return std::nullopt;
+        if (element != L'%') {
+            *to++ = element;
+            continue;
+        }
+        int width = 0;
+        if (format[0] == L'0' && format[1] >= L'1' && format[1] <= L'9') {
+            width = format[1] - L'0';
+            format += 2;
+        }
+        const wchar_t conversion = *format++;
+        if (conversion == L'u' || conversion == L'x') {
+            to = WriteDigits(to, va_arg(args, unsigned), conversion == L'u' ? 10 : 16, width);
+        } else if (conversion == L'd' && width == 0) {
+            to = WriteDigits(to, va_arg(args, int), 10, 0);
+        } else if (conversion == L'l' && *format == L'd' && width == 0) {
+            ++format;
+            to = WriteDigits(to, va_arg(args, long), 10, 0);
+        } else if (conversion == L'c' && width == 0) {
+            *to = static_cast<wchar_t>(va_arg(args, int));
+            if (!*to++) return std::nullopt; // a NUL ends the text
+        } else {
+            return std::nullopt;
+        }
+    }
+    return static_cast<std::size_t>(to - buffer);
+}
+
 } // namespace
 
 void zeassign(std::basic_string<wchar_t>& target, const wchar_t* source) { Assign(target, source); }
@@ -31,6 +79,15 @@ void zeassign(std::basic_string<char>& target, const char* source) { Assign(targ
 void ZeVSprintf(ZeString& out, const wchar_t* format, va_list args)
 {
     wchar_t buffer[kBuffer];
+    va_list plainArgs;
+    va_copy(plainArgs, args);
+    const auto length = PrintPlain(buffer, format, plainArgs);
+    va_end(plainArgs);
+    if (length) {
+        ZeCRT::setCharacterLocale();
+        out.assign(buffer, *length);
+        return;
+    }
     buffer[0] = 0;
     buffer[kCount - 2] = 0;
     const bool failed = ZeCRT::vswprintf_s(buffer, kCount, format, args) < 0;

@@ -1,18 +1,22 @@
 #pragma once
 
-/// The kernel's text: a class over the standard string, assignment from raw pointers, and formatted printing.
+/// The kernel's text: a class over the standard string, assignment from raw pointers, formatted printing, the text form
+/// of identifiers, and conversion between encodings.
 ///
 /// A `ZeString` holds one Unicode code point in each of its 32-bit elements; copies are independent. A function that
 /// produces text takes the result as its first parameter and overwrites it. The conversions from and to the platform's
 /// strings need the platform's library when they are linked, never its headers here.
 ///
-/// Failure: printing cuts or empties the text and says nothing; a bounded copy that doesn't fit is a fatal assertion.
+/// Failure: printing cuts or empties the text and says nothing, as do reading an identifier and converting; a bounded
+/// copy that doesn't fit is a fatal assertion.
 
 #include "ZeAssert.h"
 
 #include <concepts>
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
+#include <locale>
 #include <string>
 #include <utility>
 
@@ -78,3 +82,31 @@ void ZeSprintf(ZeString& out, const wchar_t* format, List args) { ZeVSprintf(out
 template <typename List>
 requires requires(_ZeString<char>& out, List args) { ZeVSprintfA(out, "", args); }
 void ZeSprintfA(_ZeString<char>& out, const char* format, List args) { ZeVSprintfA(out, format, args); }
+
+/// A globally unique identifier; the numbers stand in the byte order of the machine.
+struct _GUID {
+    std::uint32_t Data1;
+    std::uint16_t Data2;
+    std::uint16_t Data3;
+    std::uint8_t Data4[8];
+};
+static_assert(sizeof(_GUID) == 16);
+
+/// 36 characters, lower case, no braces: "6ba7b810-9dad-11d1-80b4-00c04fd430c8".
+void ZeGuidToString(ZeString& out, const _GUID& g);
+void ZeGuidToStringA(_ZeString<char>& out, const _GUID& g);
+
+/// Reads that form, in capitals or not, with blanks in front of any number. Fields that the text doesn't supply become
+/// 0: "6ba7b810-9d" leaves all but the first two 0.
+void ZeGuidFromString(const ZeString& text, _GUID& g);
+void ZeGuidFromStringA(const _ZeString<char>& text, _GUID& g);
+
+/// Converts `srcCount` characters with the locale's conversion facet and ends them with a 0. `dest` has room for
+/// destCount + 1 characters. Conversion ends early where `src` is malformed or cut, or `dest` is full; what was
+/// converted stays. Throws std::bad_cast where `loc` has no such facet. @return `dest`
+wchar_t* StdConvert(wchar_t* dest, int destCount, const char* src, int srcCount, const std::locale& loc);
+char* StdConvert(char* dest, int destCount, const wchar_t* src, int srcCount, const std::locale& loc);
+
+/// A locale for `StdConvert`: UTF-8 on the narrow side, one element a code point on the wide one; otherwise classic.
+/// It converts "\xC3\xA9" to U+00E9.
+const std::locale& ZeUTF8Locale();
