@@ -7,6 +7,12 @@
 
 #include <charconv>
 
+namespace {
+
+constexpr CGFloat kLayerShift = 24; ///< points between windows that lie over each other
+
+} // namespace
+
 std::string shortestText(float value)
 {
     char text[32];
@@ -54,6 +60,7 @@ NSWindow* Session::openEditor(double scale)
     NSBackendWindowOptions options;
     options.contentSize = view->frame().size;
     options.scale = scale;
+    options.origin = placeForNext(options.contentSize);
     const auto window =
         make<NSWindow>(&NSWindow::initWithDisplay, NSApplication::sharedApplication()->display(), options);
     if (!window) throw InputError{"the window can't be opened"};
@@ -62,6 +69,21 @@ NSWindow* Session::openEditor(double scale)
     window->setCloseHandler([this, closed = window.get()] { forget(closed); });
     mWindows.push_back(window);
     return window;
+}
+
+NSPoint Session::placeForNext(NSSize size) const
+{
+    if (mWindows.empty()) return {};
+    const NSSize screen = mWindows.front()->screenFrame().size;
+    const auto fitting = [](CGFloat room, CGFloat length) {
+        return std::max<std::int64_t>(1, NSTruncate(room / length));
+    };
+    const std::int64_t columns = fitting(screen.width, size.width), rows = fitting(screen.height, size.height);
+    const auto count = static_cast<std::int64_t>(mWindows.size());
+    const std::int64_t cell = count % (columns * rows), layer = count / (columns * rows);
+    const CGFloat shift = kLayerShift * static_cast<CGFloat>(layer);
+    return {static_cast<CGFloat>(cell % columns) * size.width + shift,
+            static_cast<CGFloat>(cell / columns) * size.height + shift};
 }
 
 TonaroCocoaView* Session::editor(std::size_t index) const

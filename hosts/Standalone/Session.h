@@ -46,6 +46,8 @@ public:
 
 private:
     void forget(NSWindow* window);
+    /// Beside the windows that are there, in rows, as far as the screen reaches; further ones lie over them.
+    NSPoint placeForNext(NSSize size) const;
 
     UnitTrace mTrace{stdout};
     ToneUnit mUnit;

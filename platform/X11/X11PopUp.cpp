@@ -6,8 +6,6 @@ namespace {
 constexpr int kTries = 15;
 constexpr CFTimeInterval kPauseBetweenTries = 0.02;
 
-std::int16_t Coordinate(double value) { return static_cast<std::int16_t>(std::clamp(value, -32768.0, 32767.0)); }
-
 } // namespace
 
 std::unique_ptr<X11PopUp> X11PopUp::create(std::shared_ptr<X11Server> server, NSWindowBackendClient& client,
@@ -16,8 +14,7 @@ std::unique_ptr<X11PopUp> X11PopUp::create(std::shared_ptr<X11Server> server, NS
     const CGFloat scale = parent.backingScale();
     const auto [x, y] = parent.rootOrigin();
     auto popUp = std::unique_ptr<X11PopUp>(new X11PopUp(std::move(server), client, scale));
-    const Place place{Coordinate(x + std::round(frame.origin.x * scale)),
-                      Coordinate(y + std::round(frame.origin.y * scale)), frame.size, true};
+    const Place place{{x + frame.origin.x * scale, y + frame.origin.y * scale}, frame.size, true};
     if (!popUp->createNative(place)) return nullptr;
     popUp->setWindowType(X11Atom::_NET_WM_WINDOW_TYPE_POPUP_MENU);
     return popUp;

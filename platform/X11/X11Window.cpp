@@ -15,6 +15,11 @@ constexpr std::uint32_t kEvents = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_
 constexpr CGFloat kMostPixels = 32767; // a side; what a bitmap can have
 constexpr std::uint32_t kInstanceAndClass = sizeof "tonaro\0Tonaro";
 
+std::int16_t Coordinate(CGFloat value)
+{
+    return static_cast<std::int16_t>(std::clamp(std::round(value), -32768.0, 32767.0));
+}
+
 CGSize PixelsOf(NSSize points, CGFloat scale)
 {
     const CGSize pixels = NSPixelSize(points, scale);
@@ -29,7 +34,8 @@ std::unique_ptr<X11Window> X11Window::create(std::shared_ptr<X11Server> server, 
     const CGFloat scale = options.scale > 0 ? options.scale : server->connection().desktopScale();
     const auto parent = static_cast<xcb_window_t>(options.parent);
     auto window = std::unique_ptr<X11Window>(new X11Window(std::move(server), client, scale, parent));
-    if (!window->createNative({0, 0, options.contentSize, false})) return nullptr;
+    const NSPoint origin{options.origin.x * scale, options.origin.y * scale};
+    if (!window->createNative({origin, options.contentSize, false})) return nullptr;
     window->setTopLevelProperties();
     return window;
 }
@@ -58,9 +64,9 @@ bool X11Window::createNative(const Place& place)
                                     place.overridesRedirect, kEvents, connection().colormap()};
     // depth and visual are named since a parent may have others; the wait lets another program use the id at once
     const int error = connection().check(xcb_create_window_checked(
-        c, connection().depth(), id, mParent ? mParent : connection().screen().root, place.x, place.y,
-        static_cast<std::uint16_t>(mPixels.width), static_cast<std::uint16_t>(mPixels.height), 0,
-        XCB_WINDOW_CLASS_INPUT_OUTPUT, connection().visual(),
+        c, connection().depth(), id, mParent ? mParent : connection().screen().root, Coordinate(place.origin.x),
+        Coordinate(place.origin.y), static_cast<std::uint16_t>(mPixels.width),
+        static_cast<std::uint16_t>(mPixels.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, connection().visual(),
         XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
             XCB_CW_COLORMAP,
         values));

@@ -39,7 +39,7 @@ public:
 
 protected:
     struct Place {
-        std::int16_t x = 0, y = 0; // pixels
+        CGPoint origin; // pixels, in the parent
         NSSize points;
         bool overridesRedirect = false;
     };
