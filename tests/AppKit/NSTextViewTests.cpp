@@ -91,8 +91,8 @@ TEST(NSTextView, KeysMoveSelectAndChange)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(std::string(row.why) + ": " + row.keys);
-        OffscreenRig rig;
         Client client;
+        OffscreenRig rig;
         const auto view = make<NSTextView>(NSRect{});
         view->startEditing(&client, Style(), NSUTF16FromUTF8(row.text), true);
         for (const TypedKey& key : KeysOf(row.keys)) view->keyDown(*EventOf(key));
@@ -113,8 +113,8 @@ TEST(NSTextView, KeysOfNobodyGoOn)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(std::string(row.key) + (row.editable ? "" : " in text that can't be changed"));
-        OffscreenRig rig;
         Client client;
+        OffscreenRig rig;
         const auto view = make<NSTextView>(NSRect{});
         view->startEditing(&client, Style(), u"440", row.editable);
         rig.add(view);
@@ -151,8 +151,8 @@ TEST(NSTextView, APasteCountsInItsEditOnly)
 {
     auto display = std::make_unique<SlowClipboard>();
     SlowClipboard& clipboard = *display;
-    OffscreenRig rig(std::move(display), {100, 100});
     Client client;
+    OffscreenRig rig(std::move(display), {100, 100});
     auto view = make<NSTextView>(NSRect{});
     view->startEditing(&client, Style(), u"4", true);
 
@@ -177,8 +177,8 @@ TEST(NSTextView, APasteCountsInItsEditOnly)
 
 TEST(NSTextView, AHugePasteIsCutAndQuick)
 {
-    OffscreenRig rig;
     Client client;
+    OffscreenRig rig;
     const auto view = make<NSTextView>(NSRect{});
     view->startEditing(&client, Style(), u"", true);
     NSApplication::sharedApplication()->display()->setClipboardText(
@@ -190,8 +190,8 @@ TEST(NSTextView, AHugePasteIsCutAndQuick)
 
 TEST(NSTextView, ThePointerSelects)
 {
-    OffscreenRig rig;
     Client client;
+    OffscreenRig rig;
     const auto view = make<NSTextView>(NSRect{});
     view->startEditing(&client, Style(), u"one two six", true);
     view->setFrame({{10, 10}, {200, 26}});
@@ -224,8 +224,8 @@ TEST(NSTextView, ThePointerSelects)
 
 TEST(NSTextView, TheCaretRestsAfterTenSeconds)
 {
-    OffscreenRig rig;
     Client client;
+    OffscreenRig rig;
     const auto view = make<NSTextView>(NSRect{});
     view->startEditing(&client, Style(), u"", true);
     view->setFrame({{0, 0}, {50, 26}});
@@ -260,8 +260,8 @@ TEST(NSTextView, LongTextScrollsToItsCaret)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.keys);
-        OffscreenRig rig;
         Client client;
+        OffscreenRig rig;
         const auto view = make<NSTextView>(NSRect{});
         view->startEditing(&client, Style(row.alignment), std::u16string(40, u'8'), true);
         view->setFrame({{0, 0}, {60, 26}});
