@@ -303,10 +303,7 @@ bool NSNumberFormatter::getObjectValue(RetainPtr<NSObject>* object, const NSStri
                                        RetainPtr<NSString>* error) const
 {
     if (object) *object = nullptr;
-    if (!text || Trimmed(text->units()).empty()) {
-        if (error) *error = Sentence("A number is needed here.", nullptr);
-        return false;
-    }
+    if (!text || Trimmed(text->units()).empty()) return true;
     RetainPtr<NSNumber> number = read(text, error);
     if (!number) return false;
     if (object) *object = std::move(number);

@@ -58,7 +58,7 @@ public:
 
     /// A text as object (what stands in a field) is read first.
     RetainPtr<NSString> stringForObjectValue(const NSObject* object) const override;
-    /// Empty text is refused like any other that is no number: a field that was cleared has no value to send.
+    /// Empty text answers true and a null object.
     bool getObjectValue(RetainPtr<NSObject>* object, const NSString* text, RetainPtr<NSString>* error) const override;
 
 private:
