@@ -6,6 +6,7 @@
 #include "Foundation/NSLog.h"
 #include "Standalone/Bundles.h"
 #include "Standalone/Demo.h"
+#include "Standalone/HelpWindow.h"
 #include "X11/X11Display.h"
 
 namespace {
@@ -30,7 +31,11 @@ void runWindows(const Options& options)
     application->setDisplay(std::move(display));
 
     Session session(options);
-    session.setLastClosedHandler([application] { application->stop(); });
+    const auto help = make<HelpWindow>(&HelpWindow::initWithScale, options.scale);
+    session.setLastClosedHandler([application, help] {
+        help->close();
+        application->stop();
+    });
     for (int i = 0; i < options.editors; ++i) session.openEditor(options.scale)->orderFront();
     application->run();
 }
