@@ -9,9 +9,9 @@ namespace {
 
 /// A window with a box that holds a knob, and a neighbour.
 struct EventRig {
+    std::string log; // views write into it until the window is gone
     RecordedWindow record;
     OffscreenRig rig{std::make_unique<RecordingDisplay>(record), {200, 100}};
-    std::string log;
     RetainPtr<ProbeView> box = ProbeView::named("box", {{10, 10}, {100, 50}}, log);
     RetainPtr<ProbeView> knob = ProbeView::named("knob", {{20, 10}, {20, 20}}, log);
     RetainPtr<ProbeView> other = ProbeView::named("other", {{120, 10}, {50, 50}}, log);

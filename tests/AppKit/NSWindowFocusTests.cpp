@@ -7,8 +7,8 @@
 namespace {
 
 struct FocusRig {
+    std::string log; // views write into it until the window is gone
     OffscreenRig rig{{200, 100}};
-    std::string log;
     RetainPtr<ProbeView> a = ProbeView::named("a", {{0, 0}, {20, 20}}, log);
     RetainPtr<ProbeView> b = ProbeView::named("b", {{30, 0}, {20, 20}}, log);
     RetainPtr<ProbeView> c = ProbeView::named("c", {{60, 0}, {20, 20}}, log);

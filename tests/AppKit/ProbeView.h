@@ -24,7 +24,8 @@ public:
     void note(const char* what)
     {
         *log += name + ":" + what + " ";
-        if (then) then(what);
+        const auto call = then; // which may put another in its place
+        if (call) call(what);
     }
 
     void mouseDown(NSEvent& event) override
