@@ -1,7 +1,7 @@
 #include "ZePrint.h"
 
+#include "PosFmtNumbers.h"
 #include "ZePropertyMap.h"
-#include "ZeTruncate.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,9 +25,8 @@ constexpr const wchar_t* kFormatKey = L"eFormat";
 
 long long Quotient(double samples, double steps) { return steps == 0.0 ? 1 : ZeTruncate(std::ceil(samples / steps)); }
 
-constexpr int kLastStepIn = 8;             // 1/24
-constexpr int kLastStepOut = 99;           // 2^50
-constexpr double kTolerance = 0.000000015; // hides what the division leaves behind
+constexpr int kLastStepIn = 8;   // 1/24
+constexpr int kLastStepOut = 99; // 2^50
 
 /// Positions of one pixel at a step outward, 0..kLastStepOut.
 long long PositionsOfStep(int step)
@@ -44,7 +43,7 @@ struct Density {
 
 Density DensityOf(double ratio)
 {
-    if (ratio < 1.0) return {static_cast<int>(ZeTruncate(std::nearbyint(1.0 / ratio + kTolerance))), 1};
+    if (ratio < 1.0) return {static_cast<int>(PosFmtInner::NearestFrame(1.0 / ratio)), 1};
     return {1, ZeTruncate(ratio + 0.5)};
 }
 

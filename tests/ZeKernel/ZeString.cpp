@@ -89,6 +89,24 @@ TEST(ZeSprintf, PrintsWhatTheKernelPrints)
     EXPECT_EQ(out, L"1.020");
 }
 
+TEST(ZeSprintf, PrintsNumbersAsTheCLibraryDoes)
+{
+    static const wchar_t* const kFormats[] = {L"%u",   L"%02u", L"%03u", L"%09u", L"%x",  L"%02x", L"%08x", L"%d",
+                                              L"%03d", L"%3u",  L"%-3u", L"%+d",  L"%#x", L"%X",   L"%0u",  L"%012u",
+                                              L"%.3d", L"%hhu", L"%'u",  L"%u%%", L"%u%", L"a%ub"};
+    static const unsigned kNumbers[] = {0, 1, 9, 10, 99, 100, 999, 1000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
+    for (const wchar_t* format : kFormats) {
+        for (const unsigned number : kNumbers) {
+            SCOPED_TRACE(testing::Message() << format << " of " << number);
+            wchar_t expected[64] = {};
+            if (std::swprintf(expected, std::size(expected), format, number) < 0) expected[0] = 0;
+            EXPECT_EQ(Printed(format, number), expected);
+        }
+    }
+}
+
+TEST(ZeSprintf, EndsAtANUL) { EXPECT_EQ(Printed(L"1%c5", 0), L"1"); }
+
 TEST(ZeSprintf, PrintsEveryCharacter)
 {
     static const struct {

@@ -1,0 +1,70 @@
+#include "ZeString.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kRoom = 16;
+
+template <typename To, typename From> std::basic_string<To> Converted(const std::basic_string<From>& text, int room)
+{
+    // exactly the room that is promised, so that a write past it shows
+    std::vector<To> dest(static_cast<std::size_t>(std::max(room, 0)) + 1, To('?'));
+    EXPECT_EQ(StdConvert(dest.data(), room, text.data(), static_cast<int>(text.size()), ZeUTF8Locale()), dest.data());
+    return dest.data();
+}
+
+} // namespace
+
+TEST(StdConvert, CarriesEveryCodePointBothWays)
+{
+    static const struct {
+        std::string narrow;
+        std::wstring wide;
+    } kRows[] = {
+        {"", L""},
+        {"plain", L"plain"},
+        {"\xC3\xA9", L"\u00E9"},
+        {"1\xE2\x80\xAF"
+         "234",
+         L"1\u202F234"},
+        {"\xF0\x9F\x98\x80", L"\U0001F600"},
+        {"\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.narrow);
+        EXPECT_EQ((Converted<wchar_t, char>(row.narrow, kRoom)), row.wide);
+        EXPECT_EQ((Converted<char, wchar_t>(row.wide, kRoom)), row.narrow);
+    }
+}
+
+TEST(StdConvert, KeepsWhatFitsAndWhatIsWellFormed)
+{
+    static const struct {
+        const char* why;
+        std::string narrow;
+        int room;
+        std::wstring wide;
+    } kRows[] = {
+        {"room for one", "ab", 1, L"a"},
+        {"room for none", "ab", 0, L""},
+        {"less than no room", "ab", -1, L""},
+        {"cut inside a character", "a\xE2\x80", kRoom, L"a"},
+        {"a byte that starts nothing", "a\x80z", kRoom, L"a"},
+        {"a byte that UTF-8 lacks", "a\xFFz", kRoom, L"a"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ((Converted<wchar_t, char>(row.narrow, row.room)), row.wide);
+    }
+    EXPECT_EQ((Converted<char, wchar_t>(L"a\u00E9", 2)), "a") << "half a character doesn't fit";
+}
+
+TEST(StdConvert, UsesTheFacetOfTheLocale)
+{
+    char dest[4] = "??";
+    StdConvert(dest, 3, L"a\u00E9", 2, std::locale::classic());
+    EXPECT_STREQ(dest, "a") << "the classic locale knows ASCII only";
+}
