@@ -59,7 +59,7 @@ struct NSBackendWindowOptions {
     NSSize contentSize;        ///< points
     CGFloat scale = 0;         ///< pixels per point; 0 asks the desktop
     NSNativeWindow parent = 0; ///< embeds the window there
-    NSPoint origin;            ///< points, from the top left of the screen; a window manager may know better
+    NSPoint origin{};          ///< points, from the top left of the screen; a window manager may know better
 };
 
 /// A connection to a window system.
