@@ -68,9 +68,14 @@ void X11Clipboard::setText(const NSString* text)
     xcb_set_selection_owner(mConnection.get(), mIsOwner ? mWindow : XCB_NONE, mConnection.atom(X11Atom::CLIPBOARD),
                             mOwnedSince);
     // refused where another program has taken the selection since our newest event
+    mIsOwner = mIsOwner && hasSelection();
+}
+
+bool X11Clipboard::hasSelection()
+{
     const auto owner = mConnection.reply<xcb_get_selection_owner_reply>(
         xcb_get_selection_owner(mConnection.get(), mConnection.atom(X11Atom::CLIPBOARD)));
-    mIsOwner = mIsOwner && owner && owner->owner == mWindow;
+    return owner && owner->owner == mWindow;
 }
 
 void X11Clipboard::read(Callback callback)
@@ -107,8 +112,7 @@ bool X11Clipboard::handle(const xcb_generic_event_t& event)
 {
     switch (X11TypeOf(event)) {
     case XCB_SELECTION_CLEAR:
-        if (X11EventAs<xcb_selection_clear_event_t>(event).selection == mConnection.atom(X11Atom::CLIPBOARD))
-            mIsOwner = false;
+        mIsOwner = mIsOwner && hasSelection(); // it may be about an older copy than the newest
         return true;
     case XCB_SELECTION_REQUEST:
         answer(X11EventAs<xcb_selection_request_event_t>(event));

@@ -29,6 +29,7 @@ public:
 private:
     struct Read;
 
+    bool hasSelection();
     void answer(const xcb_selection_request_event_t& request);
     bool writeTarget(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t target);
     void ask(Read& read, xcb_atom_t target);

@@ -40,14 +40,7 @@ protected:
         });
         return text + reader.allOutput();
     }
-    bool hasOwner()
-    {
-        const auto cookie = xcb_get_selection_owner(person.get(), person.atom("CLIPBOARD"));
-        auto* reply = xcb_get_selection_owner_reply(person.get(), cookie, nullptr);
-        const bool owned = reply && reply->owner;
-        std::free(reply);
-        return owned;
-    }
+    bool hasOwner() { return person.ownerOf("CLIPBOARD") != XCB_NONE; }
 };
 
 TEST_F(X11ClipboardTest, OthersPasteWhatWasCopiedHere)

@@ -92,7 +92,7 @@ X11Test::X11Test(const std::string& depth, const std::vector<std::string>& optio
 
 std::unique_ptr<NSWindowBackend> X11Test::makeWindow(LoggingClient& client, NSRect place)
 {
-    auto window = display->makeWindow(client, {place.size, 1, 0});
+    auto window = display->makeWindow(client, XOptions(place.size));
     window->show();
     const xcb_window_t id = XWindowOf(*window);
     person.moveWindow(id, static_cast<int>(place.origin.x), static_cast<int>(place.origin.y));
@@ -125,6 +125,15 @@ void X11Test::settle(LoggingClient& client, NSWindowBackend& window)
     person.askToClose(XWindowOf(window));
     runUntilLogged(client, "close");
     client.log.erase(std::remove(client.log.begin(), client.log.end(), "close"), client.log.end());
+}
+
+NSBackendWindowOptions XOptions(NSSize pixels, xcb_window_t parent, CGFloat scale)
+{
+    NSBackendWindowOptions options;
+    options.contentSize = {pixels.width / scale, pixels.height / scale};
+    options.scale = scale;
+    options.parent = parent;
+    return options;
 }
 
 xcb_window_t XWindowOf(const NSWindowBackend& window) { return static_cast<xcb_window_t>(window.nativeWindow()); }

@@ -45,4 +45,6 @@ protected:
     std::unique_ptr<NSDisplay> display;
 };
 
+/// For a window of that size in pixels, inside `parent` where there is one.
+NSBackendWindowOptions XOptions(NSSize pixels, xcb_window_t parent = XCB_NONE, CGFloat scale = 1);
 xcb_window_t XWindowOf(const NSWindowBackend& window);

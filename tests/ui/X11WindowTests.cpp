@@ -28,7 +28,7 @@ TEST_F(X11Windows, AreNamedFixedAndAskedToClose)
 
 TEST_F(X11Windows, FollowASizeThatOthersGiveThem)
 {
-    const auto window = display->makeWindow(client, {{200, 100}, 2, 0});
+    const auto window = display->makeWindow(client, XOptions({400, 200}, XCB_NONE, 2));
     EXPECT_EQ(person.frame(XWindowOf(*window)).size, (CGSize{400, 200}));
     const std::uint32_t size[] = {500, 300};
     xcb_configure_window(person.get(), XWindowOf(*window), XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
@@ -127,7 +127,7 @@ TEST_F(X11Menus, TellWhenSomethingHidesOrDestroysThem)
 class X11Embedding : public X11Windows {
 protected:
     xcb_window_t host = person.makeWindow(200, 100, 400, 300);
-    std::unique_ptr<NSWindowBackend> window = display->makeWindow(client, {{200, 100}, 1, host});
+    std::unique_ptr<NSWindowBackend> window = display->makeWindow(client, XOptions({200, 100}, host));
 
     void show()
     {
@@ -166,7 +166,7 @@ TEST_F(X11Embedding, AHostOfAnotherDepthWillDo)
                       visual, XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values);
     person.synchronize();
     LoggingClient other;
-    EXPECT_NE(display->makeWindow(other, {{200, 100}, 1, deep}), nullptr);
+    EXPECT_NE(display->makeWindow(other, XOptions({200, 100}, deep)), nullptr);
 }
 
 TEST_F(X11Embedding, AHostThatIsGoneIsNoHost)
@@ -176,7 +176,7 @@ TEST_F(X11Embedding, AHostThatIsGoneIsNoHost)
     xcb_destroy_window(person.get(), host);
     person.synchronize();
     LoggingClient late;
-    EXPECT_EQ(display->makeWindow(late, {{200, 100}, 1, host}), nullptr);
+    EXPECT_EQ(display->makeWindow(late, XOptions({200, 100}, host)), nullptr);
     NSLogSetSink({});
     EXPECT_THAT(logged, testing::HasSubstr("refuses a window"));
     EXPECT_TRUE(run(client, "destroyed"));
@@ -215,7 +215,7 @@ TEST_F(X11Windows, ComeAndGoInAnyOrder)
             windows[slot].reset();
             continue;
         }
-        windows[slot] = display->makeWindow(clients[slot], {{200, 100}, 1, 0});
+        windows[slot] = display->makeWindow(clients[slot], XOptions({200, 100}));
         ASSERT_TRUE(windows[slot]);
         windows[slot]->show();
         windows[slot]->present(bitmap, all);
@@ -247,7 +247,7 @@ TEST_F(X11Windows, AllHearThatTheConnectionBroke)
     EXPECT_NE(window == nullptr, other == nullptr);
     EXPECT_TRUE(runUntil([&] { return answered; }));
     LoggingClient late;
-    EXPECT_EQ(display->makeWindow(late, {{200, 100}, 1, 0}), nullptr);
+    EXPECT_EQ(display->makeWindow(late, XOptions({200, 100})), nullptr);
     NSLogSetSink({});
     EXPECT_EQ(std::count(logged.begin(), logged.end(), "the connection to the X server is lost"), 1);
 }

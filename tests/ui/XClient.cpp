@@ -99,6 +99,13 @@ std::vector<xcb_window_t> XClient::windowsNamed(const std::string& name)
 
 std::vector<xcb_window_t> XClient::menus() { return ShownWindows(get(), mScreen->root, true); }
 
+xcb_window_t XClient::ownerOf(const char* selection)
+{
+    const auto reply =
+        Own(xcb_get_selection_owner_reply(get(), xcb_get_selection_owner(get(), atom(selection)), nullptr));
+    return reply ? reply->owner : xcb_window_t{XCB_NONE};
+}
+
 bool XClient::isKeyboardGrabbed()
 {
     const auto cookie =

@@ -37,6 +37,7 @@ public:
     /// A plain window of this client, shown.
     xcb_window_t makeWindow(int x, int y, int width, int height);
     std::vector<xcb_window_t> windowsNamed(const std::string& name); ///< shown ones, the oldest first
+    xcb_window_t ownerOf(const char* selection);                     ///< 0 when nobody has it
     std::vector<xcb_window_t> menus();                               ///< shown ones that no window manager touches
     xcb_window_t waitForMenu();                                      ///< that holds the keyboard; 0 when none comes
     bool isKeyboardGrabbed();
@@ -49,6 +50,7 @@ public:
 
     // --- the pointer, in coordinates of the screen
 
+    CGPoint pointer() const { return mPointer; } ///< where it was moved to
     void moveTo(CGPoint point);
     void glideTo(CGPoint point, int moves = 20); ///< in steps
     void press(Button button = left);
