@@ -141,7 +141,12 @@ void ZeFormatterMac::writeCount(ZeString& out, long long count)
     const NSAutoreleasePool pool;
     numberFormatter().setFormat(SamplesPattern());
     const RetainPtr<NSString> text = pNumberFormatter->stringFromNumber(NSNumber::numberWithLongLong(count).get());
-    out = ZeString(text.get());
+    const std::u16string_view units = text ? std::u16string_view(text->units()) : std::u16string_view();
+    // Units that are code points need no conversion, and the text keeps its room.
+    out.resize(units.size());
+    std::copy(units.begin(), units.end(), out.begin());
+    if (std::any_of(units.begin(), units.end(), [](char16_t unit) { return (unit & 0xF800) == 0xD800; }))
+        out = ZeString(text.get());
 }
 
 PosFmtReading ZeFormatterMac::readCount(const ZeString& text)

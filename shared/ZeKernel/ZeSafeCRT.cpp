@@ -36,11 +36,19 @@ void AppendWithWideCharacters(std::pmr::wstring& out, std::wstring_view format)
     }
 }
 
+/// Compares in place: every print asks.
+bool IsUTF8(const char* codeset)
+{
+    for (const char c : {'U', 'T', 'F', '-', '8', '\0'})
+        if (*codeset++ != c) return false;
+    return true;
+}
+
 } // namespace
 
 void ZeCRT::setCharacterLocale()
 {
-    if (std::string_view(nl_langinfo(CODESET)) == "UTF-8") return;
+    if (IsUTF8(nl_langinfo(CODESET))) return;
     if (!std::setlocale(LC_CTYPE, "UTF-8")) std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 

@@ -2,10 +2,12 @@
 
 #include "ZeSafeCRT.h"
 
-#include <charconv>
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <concepts>
 #include <cstdio>
 #include <functional>
-#include <optional>
 
 namespace {
 
@@ -24,50 +26,99 @@ template <typename Ch> void Assign(std::basic_string<Ch>& target, const Ch* sour
         target = source;
 }
 
-constexpr std::size_t kLongestConversion = 20; // elements, of the smallest 64-bit number
+constexpr std::size_t kLongestConversion = 20; // elements, of the lowest 64-bit number
 
-/// Writes a number's digits, filled with zeros up to `width`. @return behind the last one
-template <typename Number> wchar_t* WriteDigits(wchar_t* to, Number number, int base, std::ptrdiff_t width)
+/// 1, 10, 100 ... 10^19
+constexpr auto kPowersOf10 = [] {
+    std::array<unsigned long, 20> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
+    return powers;
+}();
+
+/// Number of digits; 0 has one.
+template <unsigned Base, std::unsigned_integral Number> unsigned LengthOf(Number number)
 {
-    char digits[kLongestConversion];
-    const char* const end = std::to_chars(digits, std::end(digits), number, base).ptr;
-    for (std::ptrdiff_t missing = width - (end - digits); missing > 0; --missing) *to++ = L'0';
-    return std::copy(static_cast<const char*>(digits), end, to);
+    const auto bits = static_cast<unsigned>(std::bit_width(number | Number{1}));
+    if constexpr (Base == 16) return (bits + 3) / 4;
+    const unsigned atLeast = bits * 1233 >> 12; // bits times the logarithm of 2
+    return atLeast + (number >= kPowersOf10[atLeast] || atLeast == 0);
+}
+
+constexpr wchar_t Digit(unsigned long value) { return static_cast<wchar_t>("0123456789abcdef"[value]); }
+
+/// Writes digits, filled with zeros up to `width`. @return behind the last one
+template <unsigned Base, std::unsigned_integral Number>
+inline wchar_t* WriteDigits(wchar_t* to, Number number, unsigned width)
+{
+    if (number < Base * Base && width <= 2) { // most are
+        if (width == 2 || number >= Base) *to++ = Digit(number / Base);
+        *to++ = Digit(number % Base);
+        return to;
+    }
+    wchar_t* const end = to + std::max(width, LengthOf<Base>(number));
+    for (wchar_t* at = end; at != to; number /= Base) *--at = Digit(number % Base);
+    return end;
+}
+
+template <std::unsigned_integral Magnitude> inline wchar_t* WriteSigned(wchar_t* to, Magnitude number, bool isNegative)
+{
+    if (isNegative) *to++ = L'-';
+    return WriteDigits<10>(to, isNegative ? 0 - number : number, 1);
 }
 
 /// Prints the formats that the kernel itself uses: text, %c, %d, %ld, and %u and %x with at most one digit of a width
-/// that zeros fill. @return the length; nothing where the format or the text's length needs the C library
-std::optional<std::size_t> PrintPlain(wchar_t (&buffer)[kBuffer], const wchar_t* format, va_list args)
+/// that zeros fill. @return false, with `out` untouched, where the format or the text's length needs the C library
+bool PrintPlain(ZeString& out, const wchar_t* format, va_list args)
 {
+    wchar_t buffer[kBuffer];
     wchar_t* to = buffer;
     wchar_t* const last = buffer + (kCount - 1) - kLongestConversion;
     while (const wchar_t element = *format++) {
-        if (to > last) return std::nullopt;
+        if (to > last) return false;
         if (element != L'%') {
             *to++ = element;
             continue;
         }
-        int width = 0;
+        unsigned width = 0;
         if (format[0] == L'0' && format[1] >= L'1' && format[1] <= L'9') {
-            width = format[1] - L'0';
+            width = static_cast<unsigned>(format[1] - L'0');
             format += 2;
         }
         const wchar_t conversion = *format++;
-        if (conversion == L'u' || conversion == L'x') {
-            to = WriteDigits(to, va_arg(args, unsigned), conversion == L'u' ? 10 : 16, width);
-        } else if (conversion == L'd' && width == 0) {
-            to = WriteDigits(to, va_arg(args, int), 10, 0);
-        } else if (conversion == L'l' && *format == L'd' && width == 0) {
+        if (conversion == L'u') {
+            to = WriteDigits<10>(to, va_arg(args, unsigned), width);
+        } else if (conversion == L'x') {
+            to = WriteDigits<16>(to, va_arg(args, unsigned), width);
+        } else if (width != 0) {
+            return false;
+        } else if (conversion == L'd') {
+            const int number = va_arg(args, int);
+            to = WriteSigned(to, static_cast<unsigned>(number), number < 0);
+        } else if (conversion == L'l' && *format == L'd') {
             ++format;
-            to = WriteDigits(to, va_arg(args, long), 10, 0);
-        } else if (conversion == L'c' && width == 0) {
+            const long number = va_arg(args, long);
+            to = WriteSigned(to, static_cast<unsigned long>(number), number < 0);
+        } else if (conversion == L'c') {
             *to = static_cast<wchar_t>(va_arg(args, int));
-            if (!*to++) return std::nullopt; // a NUL ends the text
+            if (!*to++) return false; // a NUL ends the text
         } else {
-            return std::nullopt;
+            return false;
         }
     }
-    return static_cast<std::size_t>(to - buffer);
+    ZeCRT::setCharacterLocale();
+    out.assign(buffer, static_cast<std::size_t>(to - buffer));
+    return true;
+}
+
+void PrintByLibrary(ZeString& out, const wchar_t* format, va_list args)
+{
+    wchar_t buffer[kBuffer];
+    buffer[0] = 0;
+    buffer[kCount - 2] = 0;
+    const bool failed = ZeCRT::vswprintf_s(buffer, kCount, format, args) < 0;
+    // Text that was cut fills the buffer; a format in error leaves what it had printed, which nobody wants.
+    if (failed && buffer[kCount - 2] == 0) buffer[0] = 0;
+    zeassign(out, buffer);
 }
 
 } // namespace
@@ -78,29 +129,23 @@ void zeassign(std::basic_string<char>& target, const char* source) { Assign(targ
 
 void ZeVSprintf(ZeString& out, const wchar_t* format, va_list args)
 {
-    wchar_t buffer[kBuffer];
     va_list plainArgs;
     va_copy(plainArgs, args);
-    const auto length = PrintPlain(buffer, format, plainArgs);
+    const bool done = PrintPlain(out, format, plainArgs);
     va_end(plainArgs);
-    if (length) {
-        ZeCRT::setCharacterLocale();
-        out.assign(buffer, *length);
-        return;
-    }
-    buffer[0] = 0;
-    buffer[kCount - 2] = 0;
-    const bool failed = ZeCRT::vswprintf_s(buffer, kCount, format, args) < 0;
-    // Text that was cut fills the buffer; a format in error leaves what it had printed, which nobody wants.
-    if (failed && buffer[kCount - 2] == 0) buffer[0] = 0;
-    zeassign(out, buffer);
+    if (!done) PrintByLibrary(out, format, args);
 }
 
 void ZeSprintf(ZeString& out, const wchar_t* format, ...)
 {
-    va_list args;
+    // A list each, since copying one that was just begun stalls the processor for longer than a number takes.
+    va_list plainArgs, args;
+    va_start(plainArgs, format);
+    const bool done = PrintPlain(out, format, plainArgs);
+    va_end(plainArgs);
+    if (done) return;
     va_start(args, format);
-    ZeVSprintf(out, format, args);
+    PrintByLibrary(out, format, args);
     va_end(args);
 }
 
