@@ -36,6 +36,51 @@ TEST_F(X11Windows, FollowASizeThatOthersGiveThem)
     EXPECT_TRUE(run(client, "resized 250x150"));
 }
 
+TEST_F(X11Windows, TakeTheirScaleFromTheDesktop)
+{
+    const struct {
+        const char* why;
+        std::string resources;
+        double scale;
+    } kRows[] = {
+        {"no resources", "", 1},
+        {"the usual resolution", "Xft.dpi:\t96\n", 1},
+        {"half as much again", "Xft.antialias:\t1\nXft.dpi:\t144\nXft.hinting:\t1\n", 1.5},
+        {"to the nearest quarter", "Xft.dpi: 110", 1.25},
+        {"never below 1", "Xft.dpi:\t48\n", 1},
+        {"never above 4", "Xft.dpi:\t9600\n", 4},
+        {"another key that ends so", "notXft.dpi:\t192\n", 1},
+        {"no number", "Xft.dpi:\tmany\n", 1},
+        {"nothing after the key", "Xft.dpi:", 1},
+        {"not a number", "Xft.dpi:\tnan\n", 1},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        xcb_change_property(person.get(), XCB_PROP_MODE_REPLACE, person.screen().root, XCB_ATOM_RESOURCE_MANAGER,
+                            XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(row.resources.size()), row.resources.data());
+        person.synchronize();
+        NSBackendWindowOptions options;
+        options.contentSize = {20, 10};
+        const auto window = display->makeWindow(client, options);
+        EXPECT_EQ(window->backingScale(), row.scale);
+        EXPECT_EQ(person.frame(XWindowOf(*window)).size, NSPixelSize({20, 10}, row.scale));
+    }
+}
+
+TEST_F(X11Windows, AnswerAPing)
+{
+    const auto window = makeWindow(client);
+    const std::uint32_t events[] = {XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY};
+    xcb_change_window_attributes(person.get(), person.screen().root, XCB_CW_EVENT_MASK, events);
+    person.tell(XWindowOf(*window), "_NET_WM_PING", {77, XWindowOf(*window)});
+    EXPECT_TRUE(runUntil([&] {
+        const std::unique_ptr<xcb_generic_event_t, XFree> event(xcb_poll_for_event(person.get()));
+        if (!event || (event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) return false;
+        const auto& answer = reinterpret_cast<const xcb_client_message_event_t&>(*event);
+        return answer.window == person.screen().root && answer.data.data32[1] == 77;
+    }));
+}
+
 // --- menus
 
 class X11Menus : public X11Windows {

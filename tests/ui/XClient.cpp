@@ -11,11 +11,7 @@
 
 namespace {
 
-struct Free {
-    void operator()(void* block) const { std::free(block); }
-};
-template <typename T> using Block = std::unique_ptr<T, Free>;
-template <typename T> Block<T> Own(T* reply) { return Block<T>(reply); }
+template <typename T> std::unique_ptr<T, XFree> Own(T* reply) { return std::unique_ptr<T, XFree>(reply); }
 
 std::int16_t Rounded(double value) { return static_cast<std::int16_t>(value); }
 
@@ -148,14 +144,16 @@ void XClient::focus(xcb_window_t window)
     synchronize();
 }
 
-void XClient::askToClose(xcb_window_t window)
+void XClient::tell(xcb_window_t window, const char* protocol, std::array<std::uint32_t, 2> details)
 {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
     message.type = atom("WM_PROTOCOLS");
-    message.data.data32[0] = atom("WM_DELETE_WINDOW");
+    message.data.data32[0] = atom(protocol);
+    message.data.data32[1] = details[0];
+    message.data.data32[2] = details[1];
     xcb_send_event(get(), 0, window, 0, reinterpret_cast<const char*>(&message));
     synchronize();
 }

@@ -5,7 +5,9 @@
 
 #include "AppKit/NSEvent.h"
 
+#include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <span>
@@ -16,6 +18,10 @@
 
 struct XDisconnect {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+
+struct XFree {
+    void operator()(void* block) const { std::free(block); }
 };
 
 class XClient {
@@ -44,7 +50,9 @@ public:
     CGRect frame(xcb_window_t window); ///< on the screen
     void moveWindow(xcb_window_t window, int x, int y);
     void focus(xcb_window_t window);
-    void askToClose(xcb_window_t window);
+    void askToClose(xcb_window_t window) { tell(window, "WM_DELETE_WINDOW"); }
+    /// A message of the window manager, with what follows its name.
+    void tell(xcb_window_t window, const char* protocol, std::array<std::uint32_t, 2> details = {});
     /// 0xRRGGBB of a part of the screen, or of a window with 32 bits a pixel.
     std::vector<std::uint32_t> pixels(CGRect part, xcb_drawable_t drawable = XCB_NONE);
 
