@@ -32,10 +32,10 @@ MeasuresStop ReadMeasures(std::wstring_view text, _measureval* m, wchar_t decima
 {
     const wchar_t* const end = text.data() + text.size();
     const wchar_t* const first = SkipBlanks(text.data(), end);
-    const auto character = [](const wchar_t* at) { return *at; };
+    const auto asItIs = [](wchar_t c) { return c; };
     m->beats = 0;
-    const wchar_t* const at = SkipBlanks(ReadDigits(first, end, group, character, m->measures), end);
-    if (at == end) return {true, {end, PosFmtReason::None}, first};
+    const wchar_t* const at = SkipBlanks(ReadDigits(first, end, group, asItIs, m->measures), end);
+    if (at == end || *at == L'\0') return {true, {at, PosFmtReason::None}, first};
     if (*at != L':') return {false, {at, PosFmtReason::UnexpectedCharacter}, first};
 
     const std::wstring_view rest(at + 1, end);
@@ -45,7 +45,7 @@ MeasuresStop ReadMeasures(std::wstring_view text, _measureval* m, wchar_t decima
     const Number number = ReadNumber(rest, decimal, group);
     const bool isWhole = number.stop.reason == PosFmtReason::None;
     m->beats = isWhole ? QuarterBeats(number.value) : number.value;
-    return {true, isWhole ? Stop{end, PosFmtReason::None} : number.stop, first};
+    return {true, number.stop, first};
 }
 
 /// Measures and beats that count from 1, as text has them, on the sample line.
@@ -76,7 +76,7 @@ long long MeasuresToPosition(unsigned sampleRate, const _measureval* m)
 
 bool AsciiToMeasures(const ZeString& text, _measureval* m, wchar_t decimalChar, wchar_t groupChar)
 {
-    return ReadMeasures(Seen(text), m, decimalChar, groupChar).accepted;
+    return ReadMeasures(text, m, decimalChar, groupChar).accepted;
 }
 
 void MusicTime_ToString(ZeString& out, const ZePosFmt& fmt, long long position, const ZeString& decimalSep,
@@ -90,15 +90,17 @@ void MusicTime_ToString(ZeString& out, const ZePosFmt& fmt, long long position, 
     const unsigned ticks = Truncated32(fmt.cTicksPerBeat * (beats - beat + kBias));
     const unsigned one = flags & kPosFmtLength ? 0 : 1;
 
-    TextWriter writer;
-    writer.number(measure + one, 1);
+    const wchar_t decimal = FirstOf(decimalSep);
+    const unsigned measureDigits = DigitsOf(measure + one);
+    const unsigned beatDigits = DigitsOf(beat + one);
+    const unsigned tickDigits = DigitsOf(ticks);
+    TextWriter writer(out, measureDigits + 1 + beatDigits + (decimal ? 1 + tickDigits : 0));
+    writer.number(measure + one, measureDigits);
     writer.character(L':');
-    writer.number(beat + one, 1);
-    if (const wchar_t decimal = FirstOf(decimalSep)) {
-        writer.character(decimal);
-        writer.number(ticks, 1);
-    }
-    writer.assignTo(out);
+    writer.number(beat + one, beatDigits);
+    if (!decimal) return;
+    writer.character(decimal);
+    writer.number(ticks, tickDigits);
 }
 
 PosFmtReading MusicTime_Read(const ZeString& text, const ZePosFmt& fmt, const ZeString& decimalSep,
@@ -107,7 +109,7 @@ PosFmtReading MusicTime_Read(const ZeString& text, const ZePosFmt& fmt, const Ze
     _measureval m{};
     m.timeSignature = fmt.dwTimeSignature;
     m.tempo = fmt.dTempo;
-    const MeasuresStop read = ReadMeasures(Seen(text), &m, FirstOf(decimalSep), FirstOf(thousandSep));
+    const MeasuresStop read = ReadMeasures(text, &m, FirstOf(decimalSep), FirstOf(thousandSep));
     const bool isLength = flags & kPosFmtLength;
 
     PosFmtReading reading =

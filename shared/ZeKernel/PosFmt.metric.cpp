@@ -51,10 +51,8 @@ void Metric_ToString(ZeString& out, const ZePosFmt& fmt, long long position, con
 {
     if (!IsMetric(fmt)) return;
     const Shown shown = ShownOf(fmt, static_cast<double>(position), flags);
-    TextWriter writer;
-    WriteFloat(writer, shown.value, shown.decimals, FirstOf(decimalSep), FirstOf(thousandSep));
-    if (fmt.eFormat == QVPOSFMT_PERCENT) writer.text(L" %");
-    writer.assignTo(out);
+    const bool isPercent = fmt.eFormat == QVPOSFMT_PERCENT;
+    WriteFloat(out, shown.value, shown.decimals, FirstOf(decimalSep), FirstOf(thousandSep), isPercent ? L" %" : L"");
 }
 
 PosFmtReading Metric_Read(const ZeString& text, const ZePosFmt& fmt, const ZeString& decimalSep,
@@ -62,9 +60,7 @@ PosFmtReading Metric_Read(const ZeString& text, const ZePosFmt& fmt, const ZeStr
 {
     if (!IsMetric(fmt)) return NoConversion();
     if (text.size() > kMostCharacters) return TooLong();
-    const std::wstring_view seen = Seen(text);
-    Number number = ReadNumber(seen, FirstOf(decimalSep), FirstOf(thousandSep));
-    if (number.stop.reason == PosFmtReason::None) number.stop.at = seen.data() + seen.size();
+    const Number number = ReadNumber(text, FirstOf(decimalSep), FirstOf(thousandSep));
     return ReadingOf(text, number.stop, ZeTruncate(number.value * SamplesPerUnit(fmt)));
 }
 

@@ -1,20 +1,12 @@
 #include "PosFmtText.h"
 
+#include <algorithm>
 #include <cwchar>
 
 namespace PosFmtInner {
 namespace {
 
 bool IsTrailer(wchar_t c) { return IsBlank(c) || c == L'%'; }
-
-std::wstring_view Trimmed(std::wstring_view text)
-{
-    const wchar_t* const end = text.data() + text.size();
-    const wchar_t* const begin = SkipBlanks(text.data(), end);
-    const wchar_t* last = end;
-    while (last != begin && IsTrailer(last[-1])) --last;
-    return {begin, last};
-}
 
 /// The last decimal character, or the end.
 const wchar_t* FindFraction(std::wstring_view text, wchar_t decimal)
@@ -23,11 +15,64 @@ const wchar_t* FindFraction(std::wstring_view text, wchar_t decimal)
     return text.data() + (index == std::wstring_view::npos ? text.size() : index);
 }
 
+/// Digits up to `end` or the first other character; `group` is skipped. Doubles hold any number of them, but integers
+/// are faster as long as they hold them too.
+template <typename Value> const wchar_t* GatherDigits(const wchar_t* at, const wchar_t* end, wchar_t group, double& sum)
+{
+    Value value = 0;
+    for (; at != end; ++at) {
+        if (*at == group) continue;
+        const auto digit = static_cast<unsigned>(*at - L'0');
+        if (digit > 9) break;
+        value = value * 10 + digit;
+    }
+    sum = static_cast<double>(value);
+    return at;
+}
+
+const wchar_t* GatherDigits(const wchar_t* at, const wchar_t* end, wchar_t group, double& sum)
+{
+    constexpr int kExactDigits = 15;
+    return end - at <= kExactDigits ? GatherDigits<long long>(at, end, group, sum)
+                                    : GatherDigits<double>(at, end, group, sum);
+}
+
 /// Tenths, hundredths and so on, up to the first character that is no digit.
 const wchar_t* ReadFraction(const wchar_t* at, const wchar_t* end, double& value)
 {
-    for (double part = 10; at != end && IsDigit(*at); ++at, part *= 10) value += (*at - L'0') / part;
-    return at;
+    double digits = 0;
+    const wchar_t* const stop = GatherDigits(at, end, L'\0', digits);
+    double divisor = 1;
+    for (; at != stop; ++at) divisor *= 10;
+    value += digits / divisor;
+    return stop;
+}
+
+/// Text that holds nothing but digits, grouping, one decimal character and trailing blanks, as it is written and read
+/// most. @return false for any other text, which takes the long way
+bool ReadWrittenNumber(std::wstring_view text, wchar_t decimal, wchar_t group, double& value)
+{
+    constexpr std::size_t kExactCharacters = 15;
+    if (text.empty() || text.size() > kExactCharacters || IsDigit(group) || IsDigit(decimal)) return false;
+    const wchar_t* at = text.data();
+    const wchar_t* const end = at + text.size();
+    long long whole = 0;
+    for (unsigned digit = 0; at != end; ++at) {
+        if ((digit = static_cast<unsigned>(*at - L'0')) < 10)
+            whole = whole * 10 + digit;
+        else if (*at != group || *at == decimal || IsTrailer(*at) || *at == L'\0')
+            break;
+    }
+    value = static_cast<double>(whole);
+    if (at != end && *at == decimal && !IsTrailer(decimal)) {
+        long long fraction = 0, divisor = 1;
+        for (unsigned digit = 0; ++at != end && (digit = static_cast<unsigned>(*at - L'0')) < 10; divisor *= 10)
+            fraction = fraction * 10 + digit;
+        value += static_cast<double>(fraction) / static_cast<double>(divisor);
+    }
+    if (at == text.data()) return false;
+    while (at != end && IsTrailer(*at)) ++at;
+    return at == end;
 }
 
 /// Added to a number's magnitude, so that decimal fractions survive a later truncation: 1.001 has one thousandth.
@@ -35,31 +80,45 @@ constexpr double kFractionGuard = 0.000000000005;
 
 } // namespace
 
-Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
+std::wstring_view Trimmed(std::wstring_view text)
 {
-    const std::wstring_view number = Trimmed(text);
-    const wchar_t* at = number.data();
-    const wchar_t* const end = at + number.size();
-    if (at == text.data() + text.size()) return {0, {at, PosFmtReason::None}, number};
-    const wchar_t* const fraction = FindFraction(number, decimal);
-    const bool isNegative = at != end && *at == L'-';
-    double value = 0;
+    while (!text.empty() && IsTrailer(text.back())) text.remove_suffix(1);
+    return text;
+}
 
-    for (at += isNegative; at != end && at != fraction; ++at) {
-        if (IsBlank(*at)) break;
-        if (*at == group) continue;
-        if (!IsDigit(*at)) {
-            // Choice: of two decimal separators the second is refused. Test: Metric.RefusesText
-            if (*at == decimal) return {value, {fraction, PosFmtReason::SecondSeparator}, number};
-            return {value, {at, PosFmtReason::UnexpectedCharacter}, number};
-        }
-        value = value * 10 + (*at - L'0');
+Number ReadNumber(std::wstring_view text, const wchar_t* fraction, wchar_t decimal, wchar_t group)
+{
+    const wchar_t* const end = text.data() + text.size();
+    const wchar_t* at = SkipBlanks(text.data(), end);
+    if (at == end) return {0, {at, PosFmtReason::None}};
+    const bool isNegative = *at == L'-';
+    double value = 0;
+    at = GatherDigits(at + isNegative, std::min(fraction, end), IsBlank(group) ? L'\0' : group, value);
+    if (at == fraction && at != end) {
+        at = ReadFraction(at + 1, end, value);
+    } else if (at != end && IsBlank(*at)) {
+        ++at; // ends the number too
+    } else if (at != end) {
+        // Choice: of two decimal separators the second is refused. Test: Metric.RefusesText
+        if (*at == decimal) return {value, {fraction, PosFmtReason::SecondSeparator}};
+        return {value, {at, PosFmtReason::UnexpectedCharacter}};
     }
-    if (at != end) at = at == fraction ? ReadFraction(at + 1, end, value) : at + 1; // a blank ends the number too
 
     if (isNegative) value = -value;
     value += value < 0 ? -kFractionGuard : kFractionGuard;
-    return {value, {at, at == end ? PosFmtReason::None : PosFmtReason::UnexpectedCharacter}, number};
+    return {value, {at, at == end ? PosFmtReason::None : PosFmtReason::UnexpectedCharacter}};
+}
+
+Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
+{
+    double value = 0;
+    if (ReadWrittenNumber(text, decimal, group, value))
+        return {value + kFractionGuard, {text.data() + text.size(), PosFmtReason::None}};
+    text = Seen(text);
+    const std::wstring_view number = Trimmed(text);
+    Number read = ReadNumber(number, FindFraction(number, decimal), decimal, group);
+    if (read.stop.reason == PosFmtReason::None) read.stop.at = text.data() + text.size();
+    return read;
 }
 
 } // namespace PosFmtInner
@@ -68,10 +127,11 @@ wchar_t myatof(wchar_t* text, double* value, wchar_t decimalChar, wchar_t groupC
 {
     *value = 0;
     if (!text) return 0;
-    const std::wstring_view all = text;
-    const PosFmtInner::Number number = PosFmtInner::ReadNumber(all, decimalChar, groupChar);
-    *value = number.value;
-    const auto end = static_cast<std::size_t>(number.trimmed.data() + number.trimmed.size() - text);
-    std::fill(text + end, text + all.size(), L'\0');
-    return number.stop.reason == PosFmtReason::None ? L'\0' : *number.stop.at;
+    // Text of nothing but blanks stays as it is; there is no number behind which to cut it.
+    const std::size_t begin = std::wcsspn(text, L" \t");
+    const std::wstring_view number = PosFmtInner::Trimmed(text + begin);
+    std::fill(text + begin + number.size(), text + std::wcslen(text), L'\0');
+    const PosFmtInner::Number read = PosFmtInner::ReadNumber(number, decimalChar, groupChar);
+    *value = read.value;
+    return read.stop.reason == PosFmtReason::None ? L'\0' : *read.stop.at;
 }

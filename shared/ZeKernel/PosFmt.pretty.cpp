@@ -11,35 +11,49 @@ constexpr float afPow1Over10[] = {1.0f,     0.1f,      0.01f,      0.001f,      
 constexpr int alPow10[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
 constexpr std::size_t kMostDecimals = std::size(alPow10) - 1;
 
-/// Writes digits from the right, grouped in threes.
-void WriteGrouped(TextWriter& writer, unsigned long long value, wchar_t group)
+/// Writes digits to the left of `end`, grouped in threes. @return where they begin
+wchar_t* WriteGrouped(wchar_t* end, unsigned long long value, wchar_t group)
 {
-    wchar_t digits[32];
-    wchar_t* const end = std::end(digits);
-    wchar_t* at = end;
-    for (int inGroup = 0; at == end || value != 0; value /= 10, ++inGroup) {
+    for (int inGroup = 0;; ++inGroup) {
         if (inGroup == 3 && group) {
-            *--at = group;
+            *--end = group;
             inGroup = 0;
         }
-        *--at = static_cast<wchar_t>(L'0' + value % 10);
+        *--end = static_cast<wchar_t>(L'0' + value % 10);
+        value /= 10;
+        if (value == 0) return end;
     }
-    writer.text({at, end});
+}
+
+/// Characters of the above.
+std::size_t GroupedLength(unsigned long long value, wchar_t group)
+{
+    std::size_t digits = 1;
+    for (; value >= 10; value /= 10) ++digits;
+    return group ? digits + (digits - 1) / 3 : digits;
 }
 
 } // namespace
 
-void WriteFloat(TextWriter& writer, double value, std::size_t decimals, wchar_t decimal, wchar_t group)
+void WriteFloat(ZeString& out, double value, std::size_t decimals, wchar_t decimal, wchar_t group,
+                std::wstring_view suffix)
 {
-    const std::size_t k = std::min(decimals, kMostDecimals);
-    const double rounded = std::abs(value) + 0.5 * afPow1Over10[k];
+    const std::size_t k = decimal ? std::min(decimals, kMostDecimals) : 0;
+    const double rounded = std::abs(value) + 0.5 * afPow1Over10[std::min(decimals, kMostDecimals)];
     // Choice: the integer part has 64 bits, and the fraction is what it leaves. Test: FormatFloatPretty.WritesAnyValue
     const long long whole = ZeTruncate(rounded);
-    WriteGrouped(writer, static_cast<unsigned long long>(whole), group);
-    if (k == 0 || !decimal) return;
     const long long fraction = ZeTruncate((rounded - static_cast<double>(whole)) * alPow10[k]);
-    writer.character(decimal);
-    writer.number(static_cast<unsigned>(std::clamp(fraction, 0LL, alPow10[k] - 1LL)), static_cast<unsigned>(k));
+
+    const auto wholePart = static_cast<unsigned long long>(whole);
+    const std::size_t length = GroupedLength(wholePart, group);
+    TextWriter writer(out, length + (k ? k + 1 : 0) + suffix.size());
+    WriteGrouped(out.data() + length, wholePart, group);
+    writer.skip(length);
+    if (k) {
+        writer.character(decimal);
+        writer.number(static_cast<unsigned>(std::clamp(fraction, 0LL, alPow10[k] - 1LL)), static_cast<unsigned>(k));
+    }
+    for (const wchar_t c : suffix) writer.character(c);
 }
 
 } // namespace PosFmtInner
@@ -77,7 +91,5 @@ void FormatFloatPretty(ZeString& out, double value, const ZeString& pattern, con
 {
     const std::size_t point = pattern.find(L'.');
     const std::size_t decimals = point == ZeString::npos ? 0 : pattern.size() - point - 1;
-    TextWriter writer;
-    WriteFloat(writer, value, decimals, FirstOf(decimalSep), group ? FirstOf(thousandSep) : L'\0');
-    writer.assignTo(out);
+    WriteFloat(out, value, decimals, FirstOf(decimalSep), group ? FirstOf(thousandSep) : L'\0');
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace PosFmtInner;
 
@@ -77,7 +78,7 @@ const PosFmtFacts* SmpteFactsOf(const ZePosFmt& fmt)
 /// 75 seconds are 1 minute and 15 seconds, and so on.
 void CarryFields(_smpteval* t, unsigned framesPerSecond)
 {
-    if (framesPerSecond != 0) {
+    if (framesPerSecond != 0 && t->frames >= framesPerSecond) {
         t->seconds += t->frames / framesPerSecond;
         t->frames %= framesPerSecond;
     }
@@ -104,11 +105,8 @@ public:
     const wchar_t* begin() const { return mBegin; }
     const wchar_t* end() const { return mEnd; }
 
-    /// The character at `at`; where no separator stands in the text, whatever is no digit separates.
-    wchar_t operator()(const wchar_t* at) const
-    {
-        return (mIsSeparated ? IsLabelSeparator(*at) : !IsDigit(*at)) ? _cSMPTEWhole : *at;
-    }
+    /// What a character that is no digit stands for; where there is no separator, all of them separate.
+    wchar_t operator()(wchar_t c) const { return !mIsSeparated || IsLabelSeparator(c) ? _cSMPTEWhole : c; }
 
     const wchar_t* skipBlanks(const wchar_t* at) const
     {
@@ -123,27 +121,38 @@ private:
 
 Stop ReadFields(const LabelText& text, _smpteval* t, wchar_t group)
 {
+    unsigned hours = 0, minutes = 0, seconds = 0, frames = 0; // not in `t`, which the compiler would write each time
     const wchar_t* at = text.begin();
-    for (int field = 1;; ++field) {
+    PosFmtReason reason = PosFmtReason::None;
+    for (int field = 1;; ++field, ++at) {
         unsigned value = 0;
-        at = text.skipBlanks(at);
-        at = ReadDigits(at, text.end(), group, text, value);
-        at = text.skipBlanks(at);
-        *t = {t->type, t->minutes, t->seconds, t->frames, value};
-        if (at == text.end()) return {at, PosFmtReason::None};
-        if (text(at) != _cSMPTEWhole) return {at, PosFmtReason::UnexpectedCharacter};
-        if (field == 4) return {at, PosFmtReason::TooManyFields};
-        ++at;
+        at = text.skipBlanks(ReadDigits(text.skipBlanks(at), text.end(), group, text, value));
+        hours = std::exchange(minutes, std::exchange(seconds, std::exchange(frames, value)));
+        if (at == text.end()) break;
+        if (text(*at) != _cSMPTEWhole)
+            reason = PosFmtReason::UnexpectedCharacter;
+        else if (field == 4)
+            reason = PosFmtReason::TooManyFields;
+        else
+            continue;
+        break;
     }
+    *t = {t->type, hours, minutes, seconds, frames};
+    return {at, reason};
 }
 
 } // namespace
 
 Stop PosFmtInner::ReadLabel(std::wstring_view text, _smpteval* t, unsigned framesPerSecond, wchar_t group)
 {
-    *t = {t->type, 0, 0, 0, 0};
-    Stop stop = ReadFields(LabelText(text), t, group);
-    if (stop.reason == PosFmtReason::None) stop.at = text.data() + text.size(); // blanks at the end are read too
+    const bool isWritten = text.size() == 11 && IsLabelSeparator(text[8]) && ReadWrittenFields(text, group, t) &&
+                           ReadPair(&text[9], t->frames);
+    text = isWritten ? text : Seen(text);
+    Stop stop{text.data() + text.size(), PosFmtReason::None};
+    if (!isWritten) {
+        const Stop fields = ReadFields(LabelText(text), t, group);
+        if (fields.reason != PosFmtReason::None) stop = fields;
+    }
     CarryFields(t, framesPerSecond);
     return stop;
 }
@@ -189,7 +198,7 @@ bool AsciiToSMPTE(const ZeString& text, _smpteval* t, unsigned framesPerSecond, 
     // Choice: text past 79 characters is refused, so typing never asserts. Test: AsciiToSMPTE.RefusesLongText
     *t = {t->type, 0, 0, 0, 0};
     if (text.size() > kMostCharacters) return false;
-    return ReadLabel(Seen(text), t, framesPerSecond, FirstOf(thousandSep)).reason == PosFmtReason::None;
+    return ReadLabel(text, t, framesPerSecond, FirstOf(thousandSep)).reason == PosFmtReason::None;
 }
 
 bool AsciiToSMPTE(const ZeString& text, _smpteval* t, const ZeString& thousandSep)
@@ -203,7 +212,8 @@ void SMPTE_ToString(ZeString& out, long long position, const ZePosFmt& fmt, unsi
     if (!facts) return;
     _smpteval t{facts->smpteType, 0, 0, 0, 0};
     PositionToSMPTE(position, fmt.dwSampleRate, &t);
-    out.resize(11);
+    constexpr std::size_t kLength = 11;
+    if (out.size() != kLength) out.resize(kLength);
     wchar_t* const at = out.data();
     WritePair(at, t.hours);
     at[2] = _cSMPTEWhole;
@@ -220,7 +230,7 @@ PosFmtReading SMPTE_Read(const ZeString& text, const ZePosFmt& fmt, const ZeStri
     if (!facts) return NoConversion();
     if (text.size() > kMostCharacters) return TooLong();
     _smpteval t{facts->smpteType, 0, 0, 0, 0};
-    const Stop stop = ReadLabel(Seen(text), &t, RatesOf(t.type).labelRate, FirstOf(thousandSep));
+    const Stop stop = ReadLabel(text, &t, RatesOf(t.type).labelRate, FirstOf(thousandSep));
     return ReadingOf(text, stop, SMPTEToPosition(fmt.dwSampleRate, &t));
 }
 

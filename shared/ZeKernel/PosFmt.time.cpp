@@ -2,6 +2,9 @@
 #include "PosFmtText.h"
 #include "ZePrint.h"
 
+#include <algorithm>
+#include <utility>
+
 using namespace PosFmtInner;
 
 namespace {
@@ -40,46 +43,72 @@ double UnitsPerSecond(const SubSecond& sub, const ZePosFmt& fmt)
     return sub.perSecond != 0 ? sub.perSecond : fmt.dFrameRate;
 }
 
+/// A position's fields; `frames` are sub-second units, hours don't wrap.
+struct Fields {
+    unsigned hours, minutes, seconds, frames;
+};
+
 /// Takes the whole multiples of `units * seconds` out of `rest`.
 unsigned TakeOut(double& rest, double units, double seconds)
 {
     const double divisor = units * seconds;
-    if (divisor == 0 || std::abs(rest) < divisor) return 0;
+    if (divisor == 0) return 0;
     const unsigned count = Truncated32(rest / divisor);
     rest -= count * units * seconds;
     return count;
 }
 
-/// Colons, decimal separators and their order. What is wrong in them is told before anything is read.
-Stop CheckSeparators(std::wstring_view text, wchar_t decimal)
+Fields FieldsOf(double units, double perSecond)
 {
-    int colons = 0;
-    bool hasDecimal = false;
-    for (const wchar_t& c : text) {
-        if (c == L':' && hasDecimal) return {&c, PosFmtReason::FieldAfterFraction};
-        if (c == L':' && ++colons == 3) return {&c, PosFmtReason::TooManyFields};
-        if (c != decimal) continue;
-        if (hasDecimal) return {&c, PosFmtReason::SecondSeparator};
-        hasDecimal = true;
+    // Where a second has a whole number of units, no quotient of doubles below 2^32 can round up to a whole number and
+    // no remainder is rounded: integers give the same fields for a quarter of the time.
+    const auto wholePerSecond = static_cast<unsigned>(perSecond >= 1 && perSecond < 0x1p16 ? perSecond : 0);
+    if (wholePerSecond != 0 && wholePerSecond == perSecond && units < 0x1p32) {
+        const auto whole = static_cast<unsigned>(units);
+        const unsigned seconds = whole / wholePerSecond;
+        const double rest = units - seconds * wholePerSecond;
+        return {seconds / 3600, seconds / 60 % 60, seconds % 60, static_cast<unsigned>(WholeUnit(rest))};
     }
-    return {text.data() + text.size(), PosFmtReason::None};
+    Fields fields{};
+    fields.hours = TakeOut(units, perSecond, 3600);
+    fields.minutes = TakeOut(units, perSecond, 60);
+    fields.seconds = TakeOut(units, perSecond, 1);
+    fields.frames = static_cast<unsigned>(WholeUnit(units));
+    return fields;
 }
 
-/// Time without a sign: the fields could not hold one.
-Stop ReadUnsignedTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group)
+/// Colons, decimal separators and their order: what is wrong in them is told before anything is read.
+/// @param fraction  receives the decimal separator, or the text's end
+Stop CheckSeparators(std::wstring_view text, wchar_t decimal, const wchar_t*& fraction)
 {
-    // Choice: a minus anywhere but in front is refused. Test: SMPTELike.ReadsWithAReason
-    const std::wstring_view before = text.substr(0, text.find(L'-'));
-    const Stop stop = ReadTime(before, t, decimal, group);
-    if (before.size() == text.size() || stop.reason != PosFmtReason::None) return stop;
-    return {before.data() + before.size(), PosFmtReason::UnexpectedCharacter};
+    const wchar_t* const end = text.data() + text.size();
+    fraction = end;
+    int colons = 0;
+    for (const wchar_t& c : text) {
+        if (c == L':' && fraction != end) return {&c, PosFmtReason::FieldAfterFraction};
+        if (c == L':' && ++colons == 3) return {&c, PosFmtReason::TooManyFields};
+        if (c != decimal) continue;
+        if (fraction != end) return {&c, PosFmtReason::SecondSeparator};
+        fraction = &c;
+    }
+    return {end, PosFmtReason::None};
+}
+
+/// Reads text of the form "01:02:03.040".
+bool IsWrittenTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group)
+{
+    if (text.size() != 12 || text[8] != decimal || !IsDigit(text[11])) return false;
+    if (!ReadWrittenFields(text, group, t) || !ReadPair(&text[9], t->frames)) return false;
+    t->frames = t->frames * 10 + static_cast<unsigned>(text[11] - L'0');
+    return true;
 }
 
 Stop ReadUnsigned(std::wstring_view text, const ZePosFmt& fmt, _smpteval* t, wchar_t decimal, wchar_t group)
 {
     switch (fmt.eFormat) {
     case QVPOSFMT_TIME:
-        return ReadUnsignedTime(text, t, decimal, group);
+        // Choice: a minus anywhere but in front is refused. Test: SMPTELike.ReadsWithAReason
+        return ReadTime(text, t, decimal, group, Minus::Refused);
     case QVPOSFMT_TIME_CD:
         return ReadLabel(text, t, kCdFrames, group);
     default: {
@@ -93,19 +122,29 @@ Stop ReadUnsigned(std::wstring_view text, const ZePosFmt& fmt, _smpteval* t, wch
 
 } // namespace
 
-Stop PosFmtInner::ReadTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group)
+Stop PosFmtInner::ReadTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group, Minus minus)
 {
+    if (IsWrittenTime(text, t, decimal, group)) return {text.data() + text.size(), PosFmtReason::None};
     *t = {t->type, 0, 0, 0, 0};
-    const Stop check = CheckSeparators(text, decimal);
+    text = Seen(text);
+    const wchar_t* fraction = nullptr;
+    const Stop check = CheckSeparators(text, decimal, fraction);
     if (check.reason != PosFmtReason::None) return check;
-    const wchar_t* const end = check.at;
-    for (const wchar_t* at = text.data();;) {
-        const Number number = ReadNumber({at, end}, decimal, group);
-        const unsigned seconds = Truncated32(number.value);
-        *t = {t->type, t->minutes, t->seconds, seconds, Truncated32((number.value - seconds) * kMilliseconds)};
-        if (number.stop.reason == PosFmtReason::None) return {end, PosFmtReason::None};
-        if (*number.stop.at != L':') return number.stop;
-        at = number.stop.at + 1;
+
+    unsigned hours = 0, minutes = 0, seconds = 0;
+    const std::wstring_view trimmed = Trimmed(text);
+    const wchar_t* const end = trimmed.data() + trimmed.size();
+    for (const wchar_t* at = trimmed.data();; ++at) {
+        at = SkipBlanks(at, end);
+        const bool isRefused = minus == Minus::Refused && at != end && *at == L'-';
+        const Number number = isRefused ? Number{0, {at, PosFmtReason::UnexpectedCharacter}}
+                                        : ReadNumber({at, end}, fraction, decimal, group);
+        hours = std::exchange(minutes, std::exchange(seconds, Truncated32(number.value)));
+        const bool isLast = number.stop.reason == PosFmtReason::None;
+        at = number.stop.at;
+        if (!isLast && *at == L':') continue;
+        *t = {t->type, hours, minutes, seconds, Truncated32((number.value - seconds) * kMilliseconds)};
+        return isLast ? check : number.stop;
     }
 }
 
@@ -113,7 +152,8 @@ bool AsciiToTime(const ZeString& text, _smpteval* t, const ZeString& decimalSep,
 {
     *t = {t->type, 0, 0, 0, 0};
     if (text.size() > kMostCharacters) return false;
-    return ReadTime(Seen(text), t, FirstOf(decimalSep), FirstOf(thousandSep)).reason == PosFmtReason::None;
+    const Stop stop = ReadTime(text, t, FirstOf(decimalSep), FirstOf(thousandSep), Minus::Read);
+    return stop.reason == PosFmtReason::None;
 }
 
 void FormatSmpteLikePosition(ZeString& out, const ZePosFmt& fmt, long long position, const ZeString& decimalSep,
@@ -121,23 +161,27 @@ void FormatSmpteLikePosition(ZeString& out, const ZePosFmt& fmt, long long posit
 {
     const SubSecond* sub = SubSecondOf(fmt);
     if (!sub) return;
-    const double units = UnitsPerSecond(*sub, fmt);
-    double rest = Magnitude(position) * units / fmt.dwSampleRate;
+    const double perSecond = UnitsPerSecond(*sub, fmt);
+    const Fields fields = FieldsOf(Magnitude(position) * perSecond / fmt.dwSampleRate, perSecond);
+    // Choice: without a separator the text ends after the seconds. Test: SMPTELike.WritesPositions
     const wchar_t separator = sub->separator ? sub->separator : FirstOf(decimalSep);
+    const bool hasFrames = separator && (sub->isAlwaysWritten || !wholeUnits);
 
-    TextWriter writer;
+    const unsigned hourDigits = PaddedDigitsOf(fields.hours);
+    const unsigned minuteDigits = PaddedDigitsOf(fields.minutes);
+    const unsigned secondDigits = PaddedDigitsOf(fields.seconds);
+    const unsigned frameDigits = std::max(DigitsOf(fields.frames), sub->digits);
+    TextWriter writer(out, (position < 0) + hourDigits + 1 + minuteDigits + 1 + secondDigits +
+                               (hasFrames ? 1 + frameDigits : 0));
     if (position < 0) writer.character(L'-');
-    writer.number(TakeOut(rest, units, 3600), 2);
+    writer.number(fields.hours, hourDigits);
     writer.character(L':');
-    writer.number(TakeOut(rest, units, 60), 2);
+    writer.number(fields.minutes, minuteDigits);
     writer.character(L':');
-    writer.number(TakeOut(rest, units, 1), 2);
-    // Choice: without a separator the text ends here, as decimal numbers do. Test: SMPTELike.WritesPositions
-    if (separator && (sub->isAlwaysWritten || !wholeUnits)) {
-        writer.character(separator);
-        writer.number(static_cast<unsigned>(WholeUnit(rest)), sub->digits);
-    }
-    writer.assignTo(out);
+    writer.number(fields.seconds, secondDigits);
+    if (!hasFrames) return;
+    writer.character(separator);
+    writer.number(fields.frames, frameDigits);
 }
 
 void SMPTELike_ToString(ZeString& out, const ZePosFmt& fmt, long long position, const ZeString& decimalSep,
@@ -148,7 +192,7 @@ void SMPTELike_ToString(ZeString& out, const ZePosFmt& fmt, long long position, 
 
 long long SmpteLikeToPosition(unsigned sampleRate, double unitsPerSecond, const _smpteval* t)
 {
-    const unsigned long long seconds = 3600ull * t->hours + 60ull * t->minutes + t->seconds;
+    const long long seconds = 3600LL * t->hours + 60LL * t->minutes + t->seconds;
     const double units = t->frames + static_cast<double>(seconds) * unitsPerSecond;
     return ZeTruncate(sampleRate * units / unitsPerSecond + kFirstSample);
 }
@@ -160,7 +204,7 @@ PosFmtReading SMPTELike_Read(const ZeString& text, const ZePosFmt& fmt, const Ze
     if (!sub) return NoConversion();
     if (text.size() > kMostCharacters) return TooLong();
 
-    std::wstring_view rest = Seen(text);
+    std::wstring_view rest = text;
     const wchar_t* const end = rest.data() + rest.size();
     const wchar_t* const first = SkipBlanks(rest.data(), end);
     const bool isNegative = first != end && *first == L'-';

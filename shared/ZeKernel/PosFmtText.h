@@ -19,7 +19,7 @@ inline bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t'; }
 inline bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 /// The characters that a reader sees: those before a NUL.
-inline std::wstring_view Seen(const ZeString& text) { return {text.data(), std::wcslen(text.c_str())}; }
+inline std::wstring_view Seen(std::wstring_view text) { return text.substr(0, text.find(L'\0')); }
 
 /// Most characters that the parsers with a limit take; longer text is refused.
 constexpr std::size_t kMostCharacters = 79;
@@ -32,26 +32,32 @@ struct Stop {
 
 /// Fields of a label, or of a time: see AsciiToSMPTE and AsciiToTime. The text has at most kMostCharacters.
 Stop ReadLabel(std::wstring_view text, _smpteval* t, unsigned framesPerSecond, wchar_t group);
-Stop ReadTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group);
+enum class Minus { Read, Refused };
+Stop ReadTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group, Minus minus);
 
-/// A decimal number: see myatof.
+/// A decimal number: see myatof. `text` has no blanks and percent signs at its end; its fraction, if any, begins at
+/// `fraction`.
 struct Number {
     double value;
     Stop stop;
-    std::wstring_view trimmed; ///< the text without blanks and percent signs around it
 };
+Number ReadNumber(std::wstring_view text, const wchar_t* fraction, wchar_t decimal, wchar_t group);
 Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group);
 
+/// The text without blanks and percent signs at its end.
+std::wstring_view Trimmed(std::wstring_view text);
+
 /// Digits from `at` on into `value`, which wraps; skips the grouping character. @return the first other character
-template <typename CharacterAt>
-const wchar_t* ReadDigits(const wchar_t* at, const wchar_t* end, wchar_t group, CharacterAt character, unsigned& value)
+template <typename Translate>
+const wchar_t* ReadDigits(const wchar_t* at, const wchar_t* end, wchar_t group, Translate translate, unsigned& value)
 {
     value = 0;
     for (; at != end; ++at) {
-        const wchar_t c = character(at);
-        if (c == group) continue;
-        if (!IsDigit(c)) break;
-        value = value * 10 + static_cast<unsigned>(c - L'0');
+        const auto digit = static_cast<unsigned>(*at - L'0');
+        if (digit < 10 && *at != group)
+            value = value * 10 + digit;
+        else if (!group || (digit < 10 ? *at : translate(*at)) != group)
+            break;
     }
     return at;
 }
@@ -62,15 +68,32 @@ inline const wchar_t* SkipBlanks(const wchar_t* at, const wchar_t* end)
     return at;
 }
 
+/// @return false where there are no two digits
+inline bool ReadPair(const wchar_t* at, unsigned& value)
+{
+    const auto tens = static_cast<unsigned>(at[0] - L'0');
+    const auto ones = static_cast<unsigned>(at[1] - L'0');
+    value = tens * 10 + ones;
+    return tens < 10 && ones < 10;
+}
+
+/// Hours, minutes and seconds of text that begins as "01:02:03" does: the way in which they are written, and in which
+/// they are read most. @return false for any other text, which takes the long way
+inline bool ReadWrittenFields(std::wstring_view text, wchar_t group, _smpteval* t)
+{
+    if (text.size() < 8 || text[2] != L':' || text[5] != L':' || group == L':' || IsDigit(group)) return false;
+    return ReadPair(&text[0], t->hours) && ReadPair(&text[3], t->minutes) && ReadPair(&text[6], t->seconds);
+}
+
 /// A reading that ended at `stop`.
 inline PosFmtReading ReadingOf(const ZeString& text, Stop stop, long long position)
 {
     return {stop.reason == PosFmtReason::None, stop.reason, static_cast<std::size_t>(stop.at - text.data()), position};
 }
 
-/// Writes the magnitude of `value`: see FormatFloatPretty. A `group` of 0 doesn't group. At most 37 characters.
-class TextWriter;
-void WriteFloat(TextWriter& writer, double value, std::size_t decimals, wchar_t decimal, wchar_t group);
+/// Writes the magnitude of `value`, then `suffix`: see FormatFloatPretty. A `group` of 0 doesn't group.
+void WriteFloat(ZeString& out, double value, std::size_t decimals, wchar_t decimal, wchar_t group,
+                std::wstring_view suffix = {});
 
 /// What is said of a text that was not looked at.
 inline PosFmtReading TooLong() { return {false, PosFmtReason::TextTooLong, kMostCharacters, 0}; }
@@ -91,33 +114,43 @@ inline constexpr auto kPairs = [] {
 /// Two digits of a value below 100.
 inline void WritePair(wchar_t* at, unsigned value) { std::memcpy(at, kPairs[value].data(), sizeof kPairs[value]); }
 
-/// Text under construction, at most 79 characters.
+/// Digits of a number that is written without leading zeros.
+inline unsigned DigitsOf(unsigned value)
+{
+    if (value < 10) return 1;
+    if (value < 100) return 2;
+    if (value < 1000) return 3;
+    unsigned digits = 4;
+    for (value /= 10'000; value != 0; value /= 10) ++digits;
+    return digits;
+}
+
+/// Digits of a number that is written with two at least.
+inline unsigned PaddedDigitsOf(unsigned value) { return value < 100 ? 2 : DigitsOf(value); }
+
+/// Writes over a string from its start; whoever makes it knows the length. The characters go where they stay, since
+/// writing them elsewhere first takes twice as long.
 class TextWriter {
 public:
-    void character(wchar_t c) { *mEnd++ = c; }
-
-    /// A number with at least `width` digits.
-    void number(unsigned value, unsigned width)
+    TextWriter(ZeString& out, std::size_t length)
     {
-        if (width == 2 && value < 100) {
-            WritePair(mEnd, value);
-            mEnd += 2;
-            return;
-        }
-        unsigned digits = 1;
-        for (unsigned rest = value; rest >= 10; rest /= 10) ++digits;
-        wchar_t* const end = mEnd += digits < width ? width : digits;
-        for (wchar_t* at = end; width > 0 || value != 0; value /= 10, width -= width > 0)
-            *--at = static_cast<wchar_t>(L'0' + value % 10);
+        if (out.size() != length) out.resize(length);
+        mAt = out.data();
     }
 
-    void text(std::wstring_view characters) { mEnd += characters.copy(mEnd, characters.size()); }
+    void skip(std::size_t count) { mAt += count; }
+    void character(wchar_t c) { *mAt++ = c; }
 
-    void assignTo(ZeString& out) const { out.assign(mCharacters, static_cast<std::size_t>(mEnd - mCharacters)); }
+    /// The last `digits` digits of a number.
+    void number(unsigned value, unsigned digits)
+    {
+        wchar_t* at = mAt += digits;
+        for (; digits >= 2; digits -= 2, value /= 100) WritePair(at -= 2, value % 100);
+        if (digits) *--at = static_cast<wchar_t>(L'0' + value % 10);
+    }
 
 private:
-    wchar_t mCharacters[kMostCharacters + 1];
-    wchar_t* mEnd = mCharacters;
+    wchar_t* mAt;
 };
 
 } // namespace PosFmtInner
