@@ -1,6 +1,7 @@
 #include "ZePrint.h"
 
 #include "Foundation/NSNumber.h"
+#include "HeapRequests.h"
 #include "ScopedLocale.h"
 
 #include <cmath>
@@ -280,6 +281,40 @@ TEST(ZePosFmt, ServesOnAfterItsFormatterWent)
     EXPECT_EQ(fmt.formatTicks(7 * 48000.0, &coarse, &stepCount), 480000.0);
     EXPECT_TRUE(coarse);
     EXPECT_EQ(stepCount, 10u);
+}
+
+TEST(ZePosFmt, AsksForNoMemoryOnceItsTextHasRoom)
+{
+    const ScopedLocale users("fr_FR");
+    for (int type = QVPOSFMT_TIME; type <= QVPOSFMT_PERCENT; ++type) {
+        SCOPED_TRACE(type);
+        Format fmt(type);
+        ZeString text;
+        text.reserve(80);
+        fmt.stringValue(text, 1234567, 0);
+        fmt.numberValue(text, 0);
+        const std::size_t before = HeapRequests();
+        for (const long long position : {kLowest, -1LL, 0LL, 1234567LL, kHighest}) {
+            fmt.stringValue(text, position, 0);
+            fmt.numberValue(text, 0);
+        }
+        EXPECT_EQ(HeapRequests(), before);
+    }
+}
+
+TEST(ZePosFmt, LoadsNoLocaleForTimecode)
+{
+    Format fmt(QVPOSFMT_SMPTE_DROP);
+    fmt.initFormatter();
+    ZeString text;
+    text.reserve(80);
+    const std::size_t before = HeapRequests();
+    fmt.stringValue(text, 1234567, 0);
+    EXPECT_NE(fmt.numberValue(text, 0), 0);
+    EXPECT_EQ(HeapRequests(), before);
+    text = L"00:1,00";
+    fmt.numberValue(text, 0);
+    EXPECT_GT(HeapRequests(), before) << "a character that may group digits needs the user's locale";
 }
 
 TEST(ZePosFmt, IsDefinedForAbsurdParameters)
