@@ -128,6 +128,7 @@ void NSSlider::mouseDown(NSEvent& event)
     const RetainPtr<NSWindow> in = window();
     if (!isEnabled() || !in || !sliderCell()) return trackingDidEnd(false);
     in->beginTracking(this);
+    if (in->trackingView() != this) return trackingDidEnd(false); // a window that has closed tracks nothing
     mTracking = true;
     mActionPending = false;
     setHighlighted(true);
