@@ -34,8 +34,10 @@ public:
     void ParameterGesture(AudioUnitParameterID id, AudioUnitScope, AudioUnitElement, bool begins) override
     {
         log.add(begins ? "begin" : "end", id);
+        if (begins && whenItBegins) std::exchange(whenItBegins, nullptr)();
     }
 
+    std::function<void()> whenItBegins;
     Log log;
     bool refuses = false;
 
@@ -77,6 +79,15 @@ TEST_F(ZeParameterSetterTest, EndsTheGestureOfARefusedSet)
 {
     unit.refuses = true;
     setter->setParameter(1, 440, other);
+    EXPECT_EQ(unit.log.take(), "begin(1) set(1,440) end(1)");
+}
+
+TEST_F(ZeParameterSetterTest, EndsTheGestureInWhichItIsReleased)
+{
+    setter->addZeSlider(slider, 5);
+    unit.whenItBegins = [this] { setter.reset(); };
+    setter.get()->setParameter(1, 440, other);
+    EXPECT_FALSE(setter);
     EXPECT_EQ(unit.log.take(), "begin(1) set(1,440) end(1)");
 }
 

@@ -20,6 +20,24 @@ public:
     Log log;
 };
 
+/// Holds the only reference to a slider, and lets go of it when it hears of a change.
+template <typename Slider> class LastOwner : public NSObject {
+public:
+    LastOwner* listeningTo(const char* key, Log& log)
+    {
+        slider->setMinValue(-120);
+        target->log = &log;
+        slider->setTarget(target);
+        slider->setAction("changed:");
+        slider->addObserverForKeyPath(this, NSString::string(key).get(), nullptr);
+        return this;
+    }
+    void observeValueForKeyPath(const NSString*, NSObject*, void*) override { slider.reset(); }
+
+    RetainPtr<LoggingTarget> target = make<LoggingTarget>();
+    RetainPtr<Slider> slider = make<Slider>(kFrame);
+};
+
 struct SentActions {
     explicit SentActions(ZeSlider& slider)
     {
@@ -108,6 +126,22 @@ TEST(ZeFrequencySlider, KeepsTheNeighboursOfItsEndsSoThatEchoesDieOut)
             EXPECT_EQ(sent.log.take(), "") << "the second echo changes nothing";
         }
     }
+}
+
+TEST(ZeScaledSlider, SendsItsActionAlthoughAnObserverLetsGoOfIt)
+{
+    const NSAutoreleasePool pool;
+    Log log;
+    const auto frequency = make<LastOwner<ZeFrequencySlider>>();
+    frequency->listeningTo("freqValue", log)->slider->setFreqValue(440);
+    EXPECT_EQ(log.take(), "action(549.639)");
+    const auto gain = make<LastOwner<ZeGainFader>>();
+    gain->listeningTo("gainRatio", log)->slider->setBoundObjectValue(-20);
+    EXPECT_EQ(log.take(), "action(-20)");
+    gain->slider = make<ZeGainFader>(kFrame);
+    gain->listeningTo("gainRatio", log)->slider->setGainRatio(0);
+    EXPECT_EQ(log.take(), "action(-120)") << "the fader holds its minimum where minus infinity was asked for";
+    EXPECT_FALSE(frequency->slider || gain->slider);
 }
 
 TEST(ZeGainFader, IsExactlySilentAtItsFirstMinimum)

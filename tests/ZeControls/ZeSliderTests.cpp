@@ -193,6 +193,14 @@ TEST_F(ZeSliderTest, WhateverCutsADragShortEndsItOnce)
     }
 }
 
+TEST_F(ZeSliderTest, APressWhoseBeginClosesTheWindowEndsToo)
+{
+    logNotifications();
+    observers.push_back(NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
+        NSString::string(ZeSliderMouseDownNotification).get(), slider, [this](NSNotification&) { window->close(); }));
+    EXPECT_EQ(mouse(NSLeftMouseDown, 50, 1), "down up change");
+}
+
 TEST_F(ZeSliderTest, ADisabledOneStillPostsAndObeysDoubleClickAndKeys)
 {
     logNotifications();
@@ -209,8 +217,17 @@ TEST_F(ZeSliderTest, ADisabledOneStillPostsAndObeysDoubleClickAndKeys)
 
 TEST_F(ZeSliderTest, TheWheelMovesBySmallSteps)
 {
-    slider->scrollWheel(*NSEvent::scrollEvent({20, 20}, 0, 0, window, 0, -3));
-    EXPECT_EQ(log().take(), "change action(44)");
+    const struct {
+        double notchesX, notchesY;
+        const char* log;
+    } kRows[] = {{0, -3, "change action(44)"}, {-1, 0, "change action(46)"}, {0, 0, ""}};
+    const auto turn = [this](double notchesX, double notchesY) {
+        slider->scrollWheel(*NSEvent::scrollEvent({20, 20}, 0, 0, window, notchesX, notchesY));
+        return log().take();
+    };
+    for (const auto& row : kRows) EXPECT_EQ(turn(row.notchesX, row.notchesY), row.log);
+    mouse(NSLeftMouseDown, 46, 1);
+    EXPECT_EQ(turn(0, 1), "") << "not while the mouse holds the knob";
 }
 
 TEST_F(ZeSliderTest, ABoundSliderGivesTheClampedValueToTheModel)

@@ -30,6 +30,7 @@ void ZeFrequencySlider::setMaxFreqValue(double hz) { setMaxValue(MelFromHz(hz));
 
 void ZeFrequencySlider::setFreqValue(double hz)
 {
+    const RetainPtr<ZeFrequencySlider> keep(this); // who observes the frequency may let go of the slider
     const double mel = MelFromHz(hz);
     const double oldMel = doubleValue();
     setDoubleValue(mel);

@@ -22,6 +22,7 @@ double ZeGainFader::gainRatio() const
 
 void ZeGainFader::setGainRatio(double ratio)
 {
+    const RetainPtr<ZeGainFader> keep(this); // who observes the ratio may let go of the fader
     const double decibels = 20.0F * std::log10(static_cast<float>(ratio));
     setDoubleValue(decibels);
     setBoundObjectValue(decibels);

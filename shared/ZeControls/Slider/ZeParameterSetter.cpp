@@ -42,6 +42,7 @@ void ZeParameterSetter::setParameter(AudioUnitParameterID parameter, float value
 void ZeParameterSetter::setParameter(AudioUnitParameterID parameter, float value, NSObject* sender,
                                      AudioUnitElement element, AudioUnitScope scope)
 {
+    const RetainPtr<ZeParameterSetter> keep(this); // the unit, once told, may have its editor closed or bound anew
     AudioUnitEvent event{};
     if (!copyEvent(NSNumber::numberWithUnsignedInt(parameter).get(), event)) return;
 

@@ -68,6 +68,7 @@ NSDictionary* ZeSlider::getValueBinding() const { return infoForBinding(NSValueB
 
 void ZeSlider::setBoundObjectValue(double value)
 {
+    const RetainPtr<ZeSlider> keep(this); // who observes the value may let go of the slider
     const double oldValue = doubleValue();
     if (NSDictionary* binding = getValueBinding())
         pushToBoundObject(*binding, value);
@@ -171,5 +172,7 @@ void ZeSlider::trackingDidEnd(bool byRelease)
 
 void ZeSlider::scrollWheel(NSEvent& event)
 {
-    if (isEnabled() && event.scrollingDeltaY() != 0) changeValueBy(event.scrollingDeltaY() * smallStep_);
+    const double notches = event.scrollingDeltaY() - event.scrollingDeltaX();
+    const bool isDragged = window() && window()->trackingView() == this;
+    if (isEnabled() && !isDragged && notches != 0) changeValueBy(notches * smallStep_);
 }

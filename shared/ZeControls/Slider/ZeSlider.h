@@ -12,8 +12,9 @@
 /// | Page Up, Page Down | + or - largeStep        | the same                 |
 /// | Home, End          | to maximum, to minimum  | the same                 |
 ///
-/// A double click restores the default value. The wheel moves by small steps. A disabled slider ignores drags and the
-/// wheel; presses on it are still framed by the two notifications, and double clicks and keys still work.
+/// A double click restores the default value. The wheel moves by small steps, up and right raise the value; not during
+/// a drag. A disabled slider ignores drags and the wheel; presses on it are still framed by the two notifications, and
+/// double clicks and keys still work.
 
 #include "AppKit/NSSlider.h"
 
