@@ -46,7 +46,8 @@ NS_CLASS_TABLE(TonaroCocoaView, NSView, kTonaroViewBundleIdentifier)
 
     void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t, float value)
 {
-    static_cast<TonaroCocoaView*>(userData)->_eventListener(object, event, value);
+    const RetainPtr<TonaroCocoaView> view(static_cast<TonaroCocoaView*>(userData)); // an edit may close its window
+    view->_eventListener(object, event, value);
 }
 
 void TonaroCocoaView::awakeFromNib()
@@ -67,7 +68,8 @@ void TonaroCocoaView::drawRect(NSRect dirty)
 
 void TonaroCocoaView::setAU(AudioUnit unit)
 {
-    if (mAU) _removeListeners();
+    const RetainPtr<TonaroCocoaView> keep(this); // what the unit is asked and told may close the window
+    if (isBound()) _removeListeners();
     mAU = unit;
     mGainSlider.call(&NSSlider::setMinValue, kLowestGainDecibels);
     if (auto* formatter = asKind<NSNumberFormatter>(mGainText.call(&NSControl::formatter)))
@@ -116,7 +118,7 @@ void TonaroCocoaView::_removeListeners()
 
 void TonaroCocoaView::dealloc()
 {
-    if (mAU) _removeListeners();
+    if (isBound()) _removeListeners();
     mBackgroundColor.reset();
     NSView::dealloc();
 }

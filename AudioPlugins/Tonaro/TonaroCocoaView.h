@@ -67,6 +67,7 @@ protected:
     void dealloc() override;
 
 private:
+    bool isBound() const { return mAU || mEventListener; } ///< to a null unit, too, which only makes a listener
     void _addListeners();
     void _removeListeners();
     void readSampleRate();

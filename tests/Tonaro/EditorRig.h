@@ -53,7 +53,7 @@ public:
 /// One editor and its window.
 class Editor {
 public:
-    explicit Editor(AudioUnit unit)
+    explicit Editor(AudioUnit edited) : unit(edited)
     {
         const NSAutoreleasePool pool;
         const auto factory = make<TonaroCocoaViewFactory>();
@@ -105,6 +105,7 @@ public:
             window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window, 1));
     }
 
+    AudioUnit unit;
     std::unique_ptr<NSDisplay> display = NSMakeOffscreenDisplay();
     RetainPtr<TonaroCocoaView> view;
     RetainPtr<NSWindow> window;

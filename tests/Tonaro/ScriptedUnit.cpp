@@ -64,6 +64,7 @@ OSStatus ScriptedUnit::SetParameter(AudioUnitParameterID id, AudioUnitScope, Aud
     log("set(" + std::to_string(id) + "," + shortest(value) + ")");
     if (failsAlways) return kAudioUnitErr_InvalidParameter;
     values.at(id) = value;
+    if (whenSet) std::exchange(whenSet, nullptr)();
     return noErr;
 }
 

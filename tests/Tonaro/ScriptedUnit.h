@@ -6,6 +6,7 @@
 #include "TonaroParameters.h"
 
 #include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ public:
     std::vector<std::string> waveformNames{"Sine", "Triangle", "Square"};
     double sampleRate = 44100;
     bool failsAlways = false;
+    std::function<void()> whenSet; ///< called once, in the next set
 
     /// "begin(1) set(1,440) end(1)" since the last call.
     std::string takeLog();

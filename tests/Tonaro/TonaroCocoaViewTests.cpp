@@ -217,6 +217,52 @@ TEST_F(TonaroCocoaViewTest, BindingAnewDuringADragEndsTheGestureAtTheOldUnit)
     editor.view->setAU(&unit);
 }
 
+TEST(TonaroCocoaView, AnEditMayEndIt)
+{
+    const struct {
+        const char* why;
+        std::function<void(Editor&)> edit;
+        const char* log;
+    } kRows[] = {
+        {"typed", [](Editor& editor) { editor.enter("mGainText", -20); }, "begin(5) set(5,-20) end(5)"},
+        {"a slider's answer to the unit",
+         [](Editor& editor) {
+             // the listener calls the view, whose slider answers
+             AudioUnitEvent event{};
+             event.mArgument.mParameter = {editor.unit, kParamStartFrequency, 0, 0};
+             AUEventListenerNotify(nullptr, nullptr, &event);
+             EditorScene::run();
+         },
+         "set(1,1000)"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        const EditorScene scene;
+        ScriptedUnit unit;
+        Editor editor(&unit);
+        EditorScene::run();
+        unit.takeLog();
+        unit.values[kParamStartFrequency] = 1000;
+        unit.whenSet = [&editor] {
+            editor.window->setContentView(nullptr);
+            editor.view.reset();
+        };
+        row.edit(editor);
+        EXPECT_FALSE(editor.view);
+        EXPECT_EQ(unit.takeLog(), row.log);
+    }
+}
+
+TEST_F(TonaroCocoaViewTest, AnEditMayBindTheEditorAnew)
+{
+    ScriptedUnit other;
+    unit.whenSet = [&] { editor.view->setAU(&other); };
+    editor.enter("mGainText", -20);
+    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-20) end(5)") << "the gesture ends at the unit at which it began";
+    EXPECT_EQ(other.takeLog().find("(5"), std::string::npos);
+    editor.view->setAU(&unit);
+}
+
 TEST_F(TonaroCocoaViewTest, SwitchesAndMenuSendFramedValues)
 {
     editor.click(editor.outlet<NSButton>("mUseEndCheckbox"));
@@ -351,6 +397,33 @@ TEST(TonaroCocoaViewFactory, AnswersTheHost)
     EXPECT_GT(view->frame().size.width, 400) << "the preferred size counts for nothing";
     const NSView* second = factory->uiViewForAudioUnit(&unit, {10, 10});
     EXPECT_NE(second, view);
+}
+
+TEST(TonaroCocoaView, IgnoresItsActionsWithoutAUnit)
+{
+    EditorScene scene;
+    const auto view = make<TonaroCocoaView>(CGRectMake(0, 0, 10, 10));
+    for (const NSClass::Action& action : TonaroCocoaView::staticClass().actions) {
+        SCOPED_TRACE(action.selector);
+        EXPECT_NO_THROW(view->performSelector(action.selector, nullptr));
+        EXPECT_NO_THROW(view->performSelector(action.selector, make<NSButton>(CGRectMake(0, 0, 10, 10)).get()));
+    }
+    EXPECT_TRUE(scene.handler->reports.empty());
+}
+
+TEST(TonaroCocoaView, ANullUnitIsReportedAndCanBeReplaced)
+{
+    EditorScene scene;
+    ScriptedUnit unit;
+    {
+        const Editor editor(nullptr);
+        EXPECT_EQ(scene.handler->reports.size(), 9U + 2U + 7U) << "registrations, the waveforms, the parameters";
+        editor.enter("mGainText", -20);
+        scene.handler->reports.clear();
+        editor.view->setAU(&unit);
+        EXPECT_EQ(editor.text("mStartFrequencyText"), "440");
+    }
+    EXPECT_TRUE(scene.handler->reports.empty());
 }
 
 TEST(TonaroCocoaViewFactory, AViewThatWasNeverBoundEndsQuietly)
