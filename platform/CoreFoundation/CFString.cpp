@@ -41,6 +41,30 @@ std::string Encode(CFStringEncoding encoding, char32_t value)
 
 } // namespace
 
+RetainPtr<const NSString> CFStringCreateWithBytes(const std::uint8_t* bytes, CFIndex count, CFStringEncoding encoding,
+                                                  bool)
+{
+    if (!bytes || count < 0 || count % 4 != 0 || encoding != kCFStringEncodingUTF32LE) return nullptr;
+    std::u16string units;
+    for (CFIndex at = 0; at < count; at += 4) {
+        char32_t value = 0;
+        for (unsigned byte = 0; byte < 4; ++byte) value |= char32_t{bytes[at + byte]} << 8 * byte;
+        if (value > 0x10FFFF || Point{value, 1}.isLone()) return nullptr;
+        if (value > 0xFFFF) units += static_cast<char16_t>(0xD7C0 + (value >> 10));
+        units += static_cast<char16_t>(value > 0xFFFF ? 0xDC00 + (value & 0x3FF) : value);
+    }
+    return NSString::string(std::move(units));
+}
+
+CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b)
+{
+    const auto units = [](CFStringRef text) {
+        return text ? std::u16string_view(text->units()) : std::u16string_view();
+    };
+    const int order = units(a).compare(units(b));
+    return order < 0 ? kCFCompareLessThan : order > 0 ? kCFCompareGreaterThan : kCFCompareEqualTo;
+}
+
 CFIndex CFStringGetLength(CFStringRef string) { return string ? static_cast<CFIndex>(string->length()) : 0; }
 
 UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index)

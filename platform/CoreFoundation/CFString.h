@@ -14,6 +14,18 @@ enum CFStringEncoding : std::uint32_t {
     kCFStringEncodingUTF32LE = 0x1c000100,
 };
 
+enum CFComparisonResult : CFIndex { kCFCompareLessThan = -1, kCFCompareEqualTo, kCFCompareGreaterThan };
+
+/// Text from `count` bytes of UTF-32LE; a byte order mark is a character like any other. Null for null, for a count
+/// that is negative or no multiple of 4, for a surrogate or a value past U+10FFFF, and for other encodings.
+///
+/// 61 00 00 00, 00 F6 01 00 gives "a😀", three units.
+RetainPtr<const NSString> CFStringCreateWithBytes(const std::uint8_t* bytes, CFIndex count, CFStringEncoding encoding,
+                                                  bool isExternal);
+
+/// The order of the texts by their units, without regard to language; null counts as empty.
+CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b);
+
 CFIndex CFStringGetLength(CFStringRef string); ///< 0 for null
 /// Raises std::out_of_range for an index outside.
 UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index);
