@@ -160,9 +160,12 @@ PosFmtReading ZeFormatterMac::readCount(const ZeString& text)
         return {true, reason, end, number->longLongValue()};
     }
     // The platform refuses a text as a whole: the longest start that is a number tells where it went wrong.
-    for (std::size_t stop = std::min(end, kLongestText); stop > 0; --stop)
-        if (const auto number = read(text.substr(0, stop)))
-            return {false, PosFmtReason::UnexpectedCharacter, stop, number->longLongValue()};
+    for (std::size_t stop = std::min(end, kLongestText); stop > 0; --stop) {
+        const auto number = read(text.substr(0, stop));
+        if (!number) continue;
+        const PosFmtReason reason = stop < kLongestText ? PosFmtReason::UnexpectedCharacter : PosFmtReason::TextTooLong;
+        return {false, reason, stop, number->longLongValue()};
+    }
     return {false, PosFmtReason::NotANumber, 0, 0};
 }
 

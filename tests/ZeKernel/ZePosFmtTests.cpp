@@ -211,6 +211,7 @@ TEST(ZePosFmt, SaysWhyReadingStopped)
         {"en_US", QVPOSFMT_SAMPLES, L"", false, NotANumber, 0, 0},
         {"en_US", QVPOSFMT_SAMPLES, ZeString(L"12\0x", 4), true, UnexpectedCharacter, 2, 12},
         {"en_US", QVPOSFMT_SAMPLES, ZeString(500, L'x'), false, NotANumber, 0, 0},
+        {"en_US", QVPOSFMT_SAMPLES, ZeString(2000, L'0'), false, TextTooLong, 79, 0},
         {"en_US", QVPOSFMT_SMPTE_EBU, L"00:00:01:00", true, None, 11, 48000},
         {"en_US", QVPOSFMT_SMPTE_EBU, L"1:2:3:4:5", false, TooManyFields, 7, 178711680},
         {"de_DE", QVPOSFMT_FRAMES, L"00:00:01.05", true, None, 11, 57600},

@@ -120,6 +120,21 @@ TEST(Zepos, RefusesALineThatHasNoEnd)
     EXPECT_EQ(outcome.status, 1);
 }
 
+TEST(Zepos, SaysThatItCanNotWriteOrRead)
+{
+    static const struct {
+        const char *arguments, *error;
+    } kRows[] = {
+        {"--to time 5 > /dev/full", "zepos: standard output: No space left on device\n"},
+        {"--to time < /", "zepos: standard input: Is a directory\n"},
+    };
+    for (const auto& row : kRows) {
+        const Outcome outcome = Zepos(row.arguments);
+        EXPECT_EQ(outcome.error, row.error);
+        EXPECT_EQ(outcome.status, 1);
+    }
+}
+
 TEST(Zepos, RefusesAWrongCommandLine)
 {
     static const struct {
