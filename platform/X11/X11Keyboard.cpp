@@ -74,7 +74,7 @@ bool IsKeypad(xkb_keysym_t symbol) { return symbol >= XKB_KEY_KP_Space && symbol
 
 std::u16string Units(std::uint32_t codePoint)
 {
-    if (codePoint < 0x10000) return {static_cast<char16_t>(codePoint)};
+    if (codePoint < 0x10000) return std::u16string(1, static_cast<char16_t>(codePoint));
     codePoint -= 0x10000;
     return {static_cast<char16_t>(0xD800 + (codePoint >> 10)), static_cast<char16_t>(0xDC00 + (codePoint & 0x3FF))};
 }
@@ -224,7 +224,8 @@ std::optional<X11KeyText> X11Keyboard::textOf(xkb_keycode_t key, std::uint16_t s
     X11KeyText text;
     if (IsKeypad(symbol)) text.flags |= NSNumericPadKeyMask;
     if (const unichar own = CharacterOf(symbol)) {
-        text.characters = text.charactersIgnoringModifiers = {own};
+        text.charactersIgnoringModifiers.assign(1, own);
+        text.characters = text.charactersIgnoringModifiers;
         if (own >= kFirstFunctionKey && own <= kLastFunctionKey) text.flags |= NSFunctionKeyMask;
         return text;
     }
