@@ -25,7 +25,7 @@ enum _qvposfmt_format : int {
     QVPOSFMT_TIME_METRIC,      ///< seconds: 40.816327
     QVPOSFMT_FRAMES,           ///< 00:00:40.20, frames at the object's own rate
     QVPOSFMT_FRAMES_METRIC,    ///< frames: 1,020.408
-    QVPOSFMT_MEASURES,         ///< measure, beat and ticks: 21:2.608
+    QVPOSFMT_MEASURES,         ///< measure, beat and ticks: 21:2.607
     QVPOSFMT_SMPTE_NONDROP_29, ///< 00:00:40:23
     QVPOSFMT_SMPTE_NONDROP_30, ///< 00:00:40:24
     QVPOSFMT_SMPTE_DROP,       ///< 00:00:40;23
