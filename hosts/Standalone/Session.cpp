@@ -81,9 +81,9 @@ NSPoint Session::placeForNext(NSSize size) const
     const std::int64_t columns = fitting(screen.width, size.width), rows = fitting(screen.height, size.height);
     const auto count = static_cast<std::int64_t>(mWindows.size());
     const std::int64_t cell = count % (columns * rows), layer = count / (columns * rows);
+    const std::int64_t column = cell % columns, row = cell / columns;
     const CGFloat shift = kLayerShift * static_cast<CGFloat>(layer);
-    return {static_cast<CGFloat>(cell % columns) * size.width + shift,
-            static_cast<CGFloat>(cell / columns) * size.height + shift};
+    return {static_cast<CGFloat>(column) * size.width + shift, static_cast<CGFloat>(row) * size.height + shift};
 }
 
 TonaroCocoaView* Session::editor(std::size_t index) const
