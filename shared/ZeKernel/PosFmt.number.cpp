@@ -53,7 +53,8 @@ const wchar_t* ReadFraction(const wchar_t* at, const wchar_t* end, double& value
 bool ReadWrittenNumber(std::wstring_view text, wchar_t decimal, wchar_t group, double& value)
 {
     constexpr std::size_t kExactCharacters = 15;
-    if (text.empty() || text.size() > kExactCharacters || IsDigit(group) || IsDigit(decimal)) return false;
+    if (text.empty() || text.size() > kExactCharacters || text[0] == L'-') return false;
+    if (IsDigit(group) || IsDigit(decimal)) return false;
     const wchar_t* at = text.data();
     const wchar_t* const end = at + text.size();
     long long whole = 0;
@@ -93,7 +94,9 @@ Number ReadNumber(std::wstring_view text, const wchar_t* fraction, wchar_t decim
     if (at == end) return {0, {at, PosFmtReason::None}};
     const bool isNegative = *at == L'-';
     double value = 0;
-    at = GatherDigits(at + isNegative, std::min(fraction, end), IsBlank(group) ? L'\0' : group, value);
+    at += isNegative;
+    if (fraction < at || fraction > end) fraction = end; // a blank or a minus, which is read as such
+    at = GatherDigits(at, fraction, IsBlank(group) ? L'\0' : group, value);
     if (at == fraction && at != end) {
         at = ReadFraction(at + 1, end, value);
     } else if (at != end && IsBlank(*at)) {
@@ -116,8 +119,10 @@ Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
         return {value + kFractionGuard, {text.data() + text.size(), PosFmtReason::None}};
     text = Seen(text);
     const std::wstring_view number = Trimmed(text);
+    const wchar_t* const end = text.data() + text.size();
+    if (number.empty() && SkipBlanks(text.data(), end) != end) return {kFractionGuard, {end, PosFmtReason::None}};
     Number read = ReadNumber(number, FindFraction(number, decimal), decimal, group);
-    if (read.stop.reason == PosFmtReason::None) read.stop.at = text.data() + text.size();
+    if (read.stop.reason == PosFmtReason::None) read.stop.at = end;
     return read;
 }
 
@@ -127,11 +132,12 @@ wchar_t myatof(wchar_t* text, double* value, wchar_t decimalChar, wchar_t groupC
 {
     *value = 0;
     if (!text) return 0;
-    // Text of nothing but blanks stays as it is; there is no number behind which to cut it.
-    const std::size_t begin = std::wcsspn(text, L" \t");
-    const std::wstring_view number = PosFmtInner::Trimmed(text + begin);
-    std::fill(text + begin + number.size(), text + std::wcslen(text), L'\0');
-    const PosFmtInner::Number read = PosFmtInner::ReadNumber(number, decimalChar, groupChar);
+    const std::wstring_view all = text;
+    const PosFmtInner::Number read = PosFmtInner::ReadNumber(all, decimalChar, groupChar);
     *value = read.value;
-    return read.stop.reason == PosFmtReason::None ? L'\0' : *read.stop.at;
+    const wchar_t stop = read.stop.reason == PosFmtReason::None ? L'\0' : *read.stop.at;
+    // Text of nothing but blanks stays as it is.
+    const std::size_t kept = all.find_first_not_of(L" \t") == all.npos ? all.size() : PosFmtInner::Trimmed(all).size();
+    std::fill(text + kept, text + all.size(), L'\0');
+    return stop;
 }

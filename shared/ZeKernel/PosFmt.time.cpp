@@ -97,7 +97,8 @@ Stop CheckSeparators(std::wstring_view text, wchar_t decimal, const wchar_t*& fr
 /// Reads text of the form "01:02:03.040".
 bool IsWrittenTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group)
 {
-    if (text.size() != 12 || text[8] != decimal || !IsDigit(text[11])) return false;
+    if (text.size() != 12 || text[8] != decimal || decimal == L':' || IsDigit(decimal) || !IsDigit(text[11]))
+        return false;
     if (!ReadWrittenFields(text, group, t) || !ReadPair(&text[9], t->frames)) return false;
     t->frames = t->frames * 10 + static_cast<unsigned>(text[11] - L'0');
     return true;

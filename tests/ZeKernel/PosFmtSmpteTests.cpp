@@ -1,0 +1,294 @@
+#include "PosFmtFixture.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr int kSmpteFormats[] = {QVPOSFMT_SMPTE_NONDROP_29, QVPOSFMT_SMPTE_NONDROP_30, QVPOSFMT_SMPTE_DROP,
+                                 QVPOSFMT_SMPTE_EBU, QVPOSFMT_SMPTE_FILM};
+constexpr unsigned kSampleRates[] = {8000, 11025, 22050, 32000, 44100, 48000, 88200, 96000, 176400, 192000, 384000};
+
+constexpr unsigned kFramesPerDay[] = {0, 2592000, 2589408, 2160000, 2073600, 2592000}; // by kind
+
+// Every frame where the build is fast enough; elsewhere a step that meets all of a label's digits.
+#ifdef NDEBUG
+constexpr unsigned kStep = 1;
+#else
+constexpr unsigned kStep = 97;
+#endif
+
+std::string LabelOfFrame(unsigned type, long long frame)
+{
+    _smpteval t{type, 99, 99, 99, 99};
+    FrameCountToSMPTE(&t, frame);
+    return LabelOf(t);
+}
+
+std::string Written(int format, unsigned sampleRate, long long position)
+{
+    ZeString out = L"untouched";
+    SMPTE_ToString(out, position, Format(format, sampleRate), 0);
+    return {out.begin(), out.end()};
+}
+
+/// Steps through the labels of a day as a clock does, skipping those that don't exist.
+class LabelClock {
+public:
+    LabelClock(unsigned rate, unsigned type) : t{type, 0, 0, 0, 0}, mRate(rate) {}
+    void tick()
+    {
+        if (++t.frames < mRate) return;
+        t.frames = 0;
+        if (++t.seconds < 60) return;
+        t.seconds = 0;
+        if (++t.minutes == 60) {
+            t.minutes = 0;
+            ++t.hours;
+        }
+        if (t.type == SMPTETYPE_DROP && t.minutes % 10 != 0) t.frames = 2;
+    }
+    _smpteval t;
+
+private:
+    unsigned mRate;
+};
+
+} // namespace
+
+TEST(FrameCountToSMPTE, TurnsFramesIntoLabels)
+{
+    static const struct {
+        const char* why;
+        unsigned type;
+        long long frame;
+        const char* label;
+    } kRows[] = {
+        {"last label of minute 0", SMPTETYPE_DROP, 1799, "0:0:59:29"},
+        {"minute 1 starts at label 2", SMPTETYPE_DROP, 1800, "0:1:0:2"},
+        {"minute 10 skips none", SMPTETYPE_DROP, 17982, "0:10:0:0"},
+        {"last frame of the day", SMPTETYPE_DROP, 2589407, "23:59:59:29"},
+        {"wraps after 24 hours", SMPTETYPE_DROP, 2589408, "0:0:0:0"},
+        {"a negative count is 0", SMPTETYPE_DROP, -1, "0:0:0:0"},
+        {"without drop a day has more frames", SMPTETYPE_NONDROP_30, 2591999, "23:59:59:29"},
+        {"and wraps later", SMPTETYPE_NONDROP_29, 2592000, "0:0:0:0"},
+        {"a negative count is 0 there too", SMPTETYPE_EBU, -7, "0:0:0:0"},
+        {"25 frames", SMPTETYPE_EBU, 2160000 + 90000 + 1500 + 25 + 1, "1:1:1:1"},
+        {"24 frames", SMPTETYPE_FILM, 2073599, "23:59:59:23"},
+        {"the largest count", SMPTETYPE_FILM, 9223372036854775807, "20:38:45:7"},
+        {"a kind without frames counts as drop-frame", SMPTETYPE_NONE, 1800, "0:1:0:2"},
+        {"an unknown kind too", 77, 2589408 + 1800, "0:1:0:2"},
+    };
+    for (const auto& row : kRows) EXPECT_EQ(LabelOfFrame(row.type, row.frame), row.label) << row.why;
+}
+
+TEST(SMPTEToFrameCount, TurnsLabelsIntoFrames)
+{
+    static const struct {
+        _smpteval label;
+        unsigned frame;
+    } kRows[] = {
+        {{SMPTETYPE_DROP, 0, 1, 0, 0}, 1800}, // skipped: the next label that exists
+        {{SMPTETYPE_DROP, 0, 1, 0, 1}, 1800},
+        {{SMPTETYPE_DROP, 0, 1, 0, 2}, 1800},
+        {{SMPTETYPE_DROP, 0, 10, 0, 0}, 17982},
+        {{SMPTETYPE_DROP, 23, 59, 59, 29}, 2589407},
+        {{SMPTETYPE_NONDROP_29, 1, 0, 0, 0}, 108000},
+        {{SMPTETYPE_EBU, 1, 1, 1, 1}, 91526},
+        {{SMPTETYPE_FILM, 0, 75, 0, 99}, 108099},
+        {{SMPTETYPE_NONE, 1, 2, 3, 4}, 0},
+        {{6, 1, 2, 3, 4}, 0},
+        {{SMPTETYPE_EBU, 4294967295, 0, 0, 0}, 4294877296}, // wraps at 32 bits
+    };
+    for (const auto& row : kRows) EXPECT_EQ(SMPTEToFrameCount(&row.label), row.frame) << LabelOf(row.label);
+}
+
+TEST(SMPTEToPosition, GivesTheFirstWholeSample)
+{
+    const _smpteval one{SMPTETYPE_NONDROP_30, 0, 0, 0, 1}, zero{SMPTETYPE_DROP, 0, 0, 0, 0}, none{9, 1, 1, 1, 1};
+    EXPECT_EQ(SMPTEToPosition(48000, &one), 1600);
+    EXPECT_EQ(SMPTEToPosition(44100, &zero), 0);
+    EXPECT_EQ(SMPTEToPosition(44100, &none), 0);
+    const _smpteval ntsc{SMPTETYPE_NONDROP_29, 0, 0, 0, 1}; // 1601.6 samples
+    EXPECT_EQ(SMPTEToPosition(48000, &ntsc), 1602);
+}
+
+TEST(SMPTE, FollowsEveryLabelOfADay)
+{
+    for (const int format : kSmpteFormats) {
+        const unsigned type = PosFmtFactsOf(format)->smpteType;
+        const unsigned rate = format == QVPOSFMT_SMPTE_EBU ? 25 : format == QVPOSFMT_SMPTE_FILM ? 24 : 30;
+        LabelClock clock(rate, type);
+        _smpteval t{type, 0, 0, 0, 0};
+        unsigned wrong = 0, frame = 0;
+        for (; clock.t.hours < 24; clock.tick(), ++frame) {
+            FrameCountToSMPTE(&t, frame);
+            wrong += std::memcmp(&t, &clock.t, sizeof t) != 0 || SMPTEToFrameCount(&t) != frame;
+        }
+        EXPECT_EQ(wrong, 0u) << format;
+        EXPECT_EQ(frame, type == SMPTETYPE_DROP ? 2589408u : rate * 86400);
+    }
+}
+
+TEST(SMPTE, FramesSurviveTheWayThroughPositions)
+{
+    for (const int format : kSmpteFormats)
+        for (const unsigned sampleRate : kSampleRates) {
+            const unsigned type = PosFmtFactsOf(format)->smpteType;
+            unsigned wrong = 0, frame = 0;
+            for (_smpteval t{type, 0, 0, 0, 0}, back = t; frame < kFramesPerDay[type]; frame += kStep) {
+                FrameCountToSMPTE(&t, frame);
+                PositionToSMPTE(SMPTEToPosition(sampleRate, &t), sampleRate, &back);
+                wrong += SMPTEToFrameCount(&back) != frame;
+            }
+            EXPECT_EQ(wrong, 0u) << format << " at " << sampleRate;
+        }
+}
+
+TEST(SMPTE, EveryLabelReadsBack)
+{
+    ZeString text;
+    for (const int format : kSmpteFormats) {
+        const Format fmt(format, 44100);
+        _smpteval t{PosFmtFactsOf(format)->smpteType, 0, 0, 0, 0};
+        unsigned wrong = 0;
+        for (unsigned frame = 0; frame < kFramesPerDay[t.type]; frame += kStep) {
+            FrameCountToSMPTE(&t, frame);
+            const long long position = SMPTEToPosition(44100, &t);
+            SMPTE_ToString(text, position, fmt, 0);
+            wrong += SMPTE_ToNumber(text, fmt, kComma, 0) != position;
+        }
+        EXPECT_EQ(wrong, 0u) << format;
+    }
+}
+
+TEST(SMPTE_ToString, WritesLabels)
+{
+    static const struct {
+        int format;
+        unsigned sampleRate;
+        long long position;
+        const char* text;
+    } kRows[] = {
+        {QVPOSFMT_SMPTE_DROP, 44100, 1800000, "00:00:40;23"},
+        {QVPOSFMT_SMPTE_NONDROP_29, 44100, 1800000, "00:00:40:23"},
+        {QVPOSFMT_SMPTE_NONDROP_30, 44100, 1800000, "00:00:40:24"},
+        {QVPOSFMT_SMPTE_EBU, 48000, 48000LL * 86400, "00:00:00:00"},
+        {QVPOSFMT_SMPTE_EBU, 48000, 960, "00:00:00:01"}, // half a frame goes up
+        {QVPOSFMT_SMPTE_EBU, 48000, 959, "00:00:00:00"},
+        {QVPOSFMT_SMPTE_FILM, 48000, 48000LL * 86399, "23:59:59:00"},
+        {QVPOSFMT_SMPTE_DROP, 48000, -48000, "00:00:00;00"},
+        {QVPOSFMT_SMPTE_DROP, 0, 48000, "22:22:15;29"}, // the largest count of frames, 2^63 - 1
+        {QVPOSFMT_SMPTE_EBU, 0, 0, "00:00:00:00"},
+        {QVPOSFMT_SMPTE_EBU, 0, -1, "00:00:00:00"},
+        {QVPOSFMT_TIME, 48000, 0, "untouched"},
+        {QVPOSFMT_SMPTE_NONDROP_23, 48000, 0, "untouched"},
+        {-1, 48000, 0, "untouched"},
+    };
+    for (const auto& row : kRows) EXPECT_EQ(Written(row.format, row.sampleRate, row.position), row.text);
+}
+
+TEST(AsciiToSMPTE, ReadsFields)
+{
+    static const struct {
+        const char* why;
+        const wchar_t* text;
+        const wchar_t* group;
+        bool whole;
+        const char* label;
+    } kRows[] = {
+        {"the last field is the frames", L"5", L",", true, "0:0:0:5"},
+        {"fields are aligned to the right", L"12:05", L",", true, "0:0:12:5"},
+        {"every field", L"1:00:00:00", L",", true, "1:0:0:0"},
+        {"every separator", L"01:02.03;04", L",", true, "1:2:3:4"},
+        {"frames carry at 25", L"1:2:3:30", L",", true, "1:2:4:5"},
+        {"so do the other fields", L"0:59:59:25", L",", true, "1:0:0:0"},
+        {"hours wrap", L"99:00:00:00", L",", true, "3:0:0:0"},
+        {"a foreign character ends it", L"1:2x", L",", false, "0:0:1:2"},
+        {"without separators it is one", L"12a", L",", true, "0:0:12:0"},
+        {"even a blank", L"1 2 3 4", L",", true, "1:2:3:4"},
+        {"but not blanks around", L" \t7 ", L",", true, "0:0:0:7"},
+        {"blanks around fields", L" 1 : 2 :3: 4 ", L",", true, "1:2:3:4"},
+        {"an empty field is 0", L"12:", L",", true, "0:0:12:0"},
+        {"a fifth field", L"1:2:3:4:5", L",", false, "1:2:3:4"},
+        {"a fourth separator", L"1:2:3:4:", L",", false, "1:2:3:4"},
+        {"grouping separates where nothing else does", L"1,000", L",", true, "0:0:1:0"},
+        {"grouping is skipped elsewhere", L"00:1,000", L",", true, "0:0:40:0"},
+        {"no grouping", L"0:1,0", L"", false, "0:0:0:1"},
+        {"a grouping digit", L"01:02:03:14", L"1", true, "0:2:3:4"},
+        {"grouping outside ASCII", L"0:1\u202f000", L"\u202f", true, "0:0:40:0"},
+        {"nothing", L"", L",", true, "0:0:0:0"},
+        {"blanks", L"  ", L",", true, "0:0:0:0"},
+        {"digits wrap at 32 bits", L":4294967297", L",", true, "0:0:0:1"},
+        {"almost as it is written", L"01:02:03:0x", L",", false, "1:2:3:0"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        _smpteval t{42, 9, 9, 9, 9};
+        EXPECT_EQ(AsciiToSMPTE(row.text, &t, 25, row.group), row.whole);
+        EXPECT_EQ(LabelOf(t), row.label);
+        EXPECT_EQ(t.type, 42u);
+    }
+}
+
+TEST(AsciiToSMPTE, TakesTheRateOfTheKind)
+{
+    static const char* const kLabels[] = {"0:0:0:60", "0:0:2:0", "0:0:2:0", "0:0:2:10",
+                                          "0:0:2:12", "0:0:2:0", "0:0:0:60"};
+    for (unsigned type = 0; type < 7; ++type) {
+        _smpteval t{type, 0, 0, 0, 0};
+        EXPECT_TRUE(AsciiToSMPTE(L"60", &t, kComma));
+        EXPECT_EQ(LabelOf(t), kLabels[type]) << type;
+    }
+}
+
+TEST(AsciiToSMPTE, RefusesLongText)
+{
+    _smpteval t{SMPTETYPE_EBU, 9, 9, 9, 9};
+    EXPECT_TRUE(AsciiToSMPTE(ZeString(78, L'0') + L"1", &t, kComma));
+    EXPECT_EQ(LabelOf(t), "0:0:0:1");
+    EXPECT_FALSE(AsciiToSMPTE(ZeString(79, L'0') + L"1", &t, kComma));
+    EXPECT_EQ(LabelOf(t), "0:0:0:0");
+}
+
+TEST(SMPTE_Read, SaysWhereItStopped)
+{
+    static const struct {
+        int format;
+        const wchar_t* text;
+        const char* said;
+    } kRows[] = {
+        {QVPOSFMT_SMPTE_EBU, L"01:00:00:01", "accepted 172801920"},
+        {QVPOSFMT_SMPTE_DROP, L"00:01:00;00", "accepted 2882883"}, // 1800 frames at 29.97
+        {QVPOSFMT_SMPTE_EBU, L"1:", "accepted 48000"},
+        {QVPOSFMT_SMPTE_EBU, L"1: 0x", "refused 48000 at 4: unexpected character"},
+        {QVPOSFMT_SMPTE_EBU, L"-1:0", "refused 0 at 0: unexpected character"},
+        {QVPOSFMT_SMPTE_EBU, L"0:0:1:0:7", "refused 48000 at 7: too many fields"},
+        {QVPOSFMT_TIME, L"1:0", "refused 0 at 0: this format has no text"},
+        {21, L"1:0", "refused 0 at 0: this format has no text"},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_EQ(Said(SMPTE_Read(row.text, Format(row.format), kComma, 0), row.text), row.said);
+        const bool accepted = std::string(row.said).starts_with("accepted");
+        EXPECT_EQ(SMPTE_ToNumber(row.text, Format(row.format), kComma, 0) != 0, accepted);
+    }
+    const ZeString tooLong(80, L'1');
+    EXPECT_EQ(Said(SMPTE_Read(tooLong, Format(QVPOSFMT_SMPTE_EBU), kComma, 0), tooLong),
+              "refused 0 at 79: text too long");
+}
+
+TEST(SamplesToSmpte, SplitsSeconds)
+{
+    static const struct {
+        double frameRate, seconds;
+        const char* label;
+    } kRows[] = {
+        {25, 3661.04, "1:1:1:1"},   {25, 3661.0399999999, "1:1:1:1"}, // within the tolerance of a frame
+        {25, 3661.0399, "1:1:1:0"}, {30, 90000, "1:0:0:0"},
+        {30, 0.999, "0:0:0:29"},    {30, 1e300, "15:15:0:0"}, // hours and minutes of the largest count
+    };
+    for (const auto& row : kRows) {
+        _smpteval t{};
+        SamplesToSmpte(t, row.frameRate, row.seconds);
+        EXPECT_EQ(LabelOf(t), row.label) << row.seconds;
+    }
+}
