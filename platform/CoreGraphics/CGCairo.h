@@ -6,11 +6,14 @@
 /// enters (plain sources, stops of gradients), and everything in between works on bytes without knowing which is which.
 
 #include "CoreGraphics/CGContext.h"
+#include "CoreGraphics/CGDataProvider.h"
 
 #include <cairo.h>
 
 #include <bit>
+#include <cstdlib>
 #include <memory>
+#include <optional>
 #include <vector>
 
 static_assert(std::endian::native == std::endian::little, "the exchange of red and blue relies on the order of bytes");
@@ -22,17 +25,28 @@ using CairoSurface = std::unique_ptr<cairo_surface_t, Releaser<cairo_surface_des
 using CairoContext = std::unique_ptr<cairo_t, Releaser<cairo_destroy>>;
 using CairoPattern = std::unique_ptr<cairo_pattern_t, Releaser<cairo_pattern_destroy>>;
 
-constexpr std::size_t kCGMaxSide = 32767; ///< Cairo's limit
+constexpr std::size_t kCGMaxSide = 32767;                          ///< Cairo's limit
+constexpr std::uint64_t kCGMaxFilePixels = std::uint64_t{1} << 26; ///< of a picture that comes from a file
+
+/// Memory for pixels and files: it may be refused (null), and nothing is written to it in advance.
+using CGBlock = std::unique_ptr<std::uint8_t[], Releaser<std::free>>;
+inline CGBlock CGBlockOfBytes(std::size_t size)
+{
+    return CGBlock(static_cast<std::uint8_t*>(std::malloc(std::max<std::size_t>(size, 1))));
+}
+/// Takes the block over; null for null.
+RetainPtr<CGDataProvider> CGDataProviderCreateWithBlock(CGBlock block, std::size_t size);
+/// Rows of 4 * width; takes the block over; null for null.
+RetainPtr<CGImage> CGImageCreateWithBlock(std::size_t width, std::size_t height, CGBlock pixels);
 
 /// A reference to an object given as a Ref: colours, images and gradients never change, only their counts do.
 template <typename T> RetainPtr<T> CGRetained(const T* object) { return RetainPtr<T>(const_cast<T*>(object)); }
 
 struct CGImage::Contents {
-    Contents(std::size_t imageWidth, std::size_t imageHeight, std::vector<std::uint8_t> bytes);
-
-    std::size_t width, height;
-    std::vector<std::uint8_t> pixels;
-    CairoSurface surface; ///< over `pixels`
+    std::size_t width, height, bytesPerRow;
+    const std::uint8_t* firstPixel;     ///< of `provider`
+    RetainPtr<CGDataProvider> provider; ///< shared by the pictures that were cut out of this one
+    CairoSurface surface;               ///< over the provider's bytes; only ever read
 };
 
 struct CGColor::Contents {
@@ -88,6 +102,12 @@ public:
 private:
     cairo_t* mCairo = nullptr;
 };
+
+/// Whether both sides are 1 to 32767.
+inline bool CGIsImageSize(std::uint64_t width, std::uint64_t height)
+{
+    return width > 0 && height > 0 && width <= kCGMaxSide && height <= kCGMaxSide;
+}
 
 CGFloat CGUnitValue(CGFloat value); ///< 0 to 1; 0 for not-a-number
 bool CGIsFinite(CGRect rect);

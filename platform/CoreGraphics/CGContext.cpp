@@ -1,5 +1,6 @@
 #include "CoreGraphics/CGCairo.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -30,6 +31,17 @@ void concatenate(CGContextRef context, const CGAffineTransform& inner)
     if (isFinite(both)) context->state().current.ctm = both;
 }
 
+RetainPtr<CGContext> contextOver(CairoSurface surface)
+{
+    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    auto state = std::make_unique<CGContext::State>();
+    state->surface = std::move(surface);
+    state->cairo.reset(cairo_create(state->surface.get()));
+    cairo_set_tolerance(state->cairo.get(), kFlatness);
+    state->current.fill = state->current.stroke = CGColorCreateRGBA(0, 0, 0, 1);
+    return RetainPtr<CGContext>::adopt(new CGContext(std::move(state)));
+}
+
 } // namespace
 
 CGContext::CGContext(std::unique_ptr<State> state) : mState(std::move(state)) {}
@@ -37,15 +49,17 @@ CGContext::~CGContext() = default;
 
 RetainPtr<CGContext> CGBitmapContextCreate(std::size_t width, std::size_t height)
 {
-    if (width < 1 || height < 1 || width > kCGMaxSide || height > kCGMaxSide) return nullptr;
-    auto state = std::make_unique<CGContext::State>();
-    state->surface.reset(
-        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height)));
-    if (cairo_surface_status(state->surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
-    state->cairo.reset(cairo_create(state->surface.get()));
-    cairo_set_tolerance(state->cairo.get(), kFlatness);
-    state->current.fill = state->current.stroke = CGColorCreateRGBA(0, 0, 0, 1);
-    return RetainPtr<CGContext>::adopt(new CGContext(std::move(state)));
+    if (!CGIsImageSize(width, height)) return nullptr;
+    return contextOver(CairoSurface(
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height))));
+}
+
+RetainPtr<CGContext> CGBitmapContextCreate(void* data, std::size_t width, std::size_t height)
+{
+    if (!data || !CGIsImageSize(width, height)) return nullptr;
+    return contextOver(CairoSurface(cairo_image_surface_create_for_data(
+        static_cast<std::uint8_t*>(data), CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height),
+        static_cast<int>(4 * width))));
 }
 
 std::size_t CGBitmapContextGetWidth(CGContextRef context)
@@ -71,9 +85,10 @@ RetainPtr<CGImage> CGBitmapContextCreateImage(CGContextRef context)
 {
     if (!context) return nullptr;
     const auto pixels = CGBitmapContextGetPixels(context);
-    return RetainPtr<CGImage>::adopt(new CGImage(
-        std::make_unique<CGImage::Contents>(CGBitmapContextGetWidth(context), CGBitmapContextGetHeight(context),
-                                            std::vector<std::uint8_t>(pixels.begin(), pixels.end()))));
+    CGBlock copy = CGBlockOfBytes(pixels.size());
+    if (!copy) return nullptr;
+    std::copy(pixels.begin(), pixels.end(), copy.get());
+    return CGImageCreateWithBlock(CGBitmapContextGetWidth(context), CGBitmapContextGetHeight(context), std::move(copy));
 }
 
 void CGContextSaveGState(CGContextRef context)

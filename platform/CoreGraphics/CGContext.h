@@ -40,6 +40,8 @@ struct CGAffineTransform {
 
 /// A bitmap of `width` by `height` pixels of its own, all transparent; null for sizes below 1 or above 32767.
 RetainPtr<CGContext> CGBitmapContextCreate(std::size_t width, std::size_t height);
+/// The same over the caller's pixels, rows of 4 * width at `data`; they stay as they are, and must outlive the context.
+RetainPtr<CGContext> CGBitmapContextCreate(void* data, std::size_t width, std::size_t height);
 std::size_t CGBitmapContextGetWidth(CGContextRef context);
 std::size_t CGBitmapContextGetHeight(CGContextRef context);
 /// The pixels, rows of 4 * width, up to date with all that was drawn.

@@ -3,6 +3,8 @@
 /// Points, sizes and rectangles in user space: y grows downward, (0, 0) is the top left.
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 using CGFloat = double;
 
@@ -36,14 +38,25 @@ inline CGRect CGRectInset(CGRect r, CGFloat dx, CGFloat dy)
 {
     return CGRectMake(r.origin.x + dx, r.origin.y + dy, r.size.width - 2 * dx, r.size.height - 2 * dy);
 }
-/// What both rectangles cover; empty (all zero) where they don't meet.
-inline CGRect CGRectIntersection(CGRect a, CGRect b)
+/// No rectangle at all.
+inline constexpr CGRect CGRectNull{{std::numeric_limits<CGFloat>::infinity(), std::numeric_limits<CGFloat>::infinity()},
+                                   {0, 0}};
+inline bool CGRectIsNull(CGRect r) { return r.origin.x == CGRectNull.origin.x || r.origin.y == CGRectNull.origin.y; }
+/// The same rectangle without a negative extent.
+inline CGRect CGRectStandardize(CGRect r)
 {
+    return CGRectMake(std::min(r.origin.x, CGRectGetMaxX(r)), std::min(r.origin.y, CGRectGetMaxY(r)),
+                      std::abs(r.size.width), std::abs(r.size.height));
+}
+/// What both rectangles cover, standardised; CGRectNull where that has no area.
+inline CGRect CGRectIntersection(CGRect first, CGRect second)
+{
+    const CGRect a = CGRectStandardize(first), b = CGRectStandardize(second);
     const CGFloat x0 = std::max(a.origin.x, b.origin.x), y0 = std::max(a.origin.y, b.origin.y);
     const CGFloat x1 = std::min(CGRectGetMaxX(a), CGRectGetMaxX(b)), y1 = std::min(CGRectGetMaxY(a), CGRectGetMaxY(b));
-    return x1 > x0 && y1 > y0 ? CGRectMake(x0, y0, x1 - x0, y1 - y0) : CGRect{};
+    return x1 > x0 && y1 > y0 ? CGRectMake(x0, y0, x1 - x0, y1 - y0) : CGRectNull;
 }
-inline bool CGRectIntersectsRect(CGRect a, CGRect b) { return !CGRectIsEmpty(CGRectIntersection(a, b)); }
+inline bool CGRectIntersectsRect(CGRect a, CGRect b) { return !CGRectIsNull(CGRectIntersection(a, b)); }
 /// The smallest rectangle around both; an empty one doesn't count.
 inline CGRect CGRectUnion(CGRect a, CGRect b)
 {

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <optional>
+#include <cstring>
 #include <unistd.h>
 
 namespace {
@@ -14,8 +14,6 @@ namespace {
 using File = std::unique_ptr<std::FILE, Releaser<std::fclose>>;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::size_t kMaxFileBytes = std::size_t{1} << 28;
-constexpr std::uint64_t kMaxPixels = std::uint64_t{1} << 26;
 constexpr std::uint64_t kMaxInflation = 1032; // no compressed byte can become more
 
 struct PNGImage : png_image {
@@ -25,35 +23,21 @@ struct PNGImage : png_image {
     PNGImage& operator=(const PNGImage&) = delete;
 };
 
-std::optional<Bytes> contentsOfFile(const std::string& path)
-{
-    const File file(std::fopen(path.c_str(), "rbe"));
-    if (!file) return std::nullopt;
-    Bytes bytes;
-    std::array<std::uint8_t, 16384> block;
-    while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
-        if (bytes.size() + count > kMaxFileBytes) return std::nullopt;
-        bytes.insert(bytes.end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(count));
-    }
-    if (std::ferror(file.get())) return std::nullopt;
-    return bytes;
-}
-
-std::uint64_t bigEndian32(const Bytes& bytes, std::size_t offset)
+std::uint64_t bigEndian32(std::span<const std::uint8_t> bytes, std::size_t offset)
 {
     return std::uint64_t{bytes[offset]} << 24 | std::uint64_t{bytes[offset + 1]} << 16 |
            std::uint64_t{bytes[offset + 2]} << 8 | std::uint64_t{bytes[offset + 3]};
 }
 
 /// Whether the chunks follow one another up to the closing one: the decoder doesn't look past the last row.
-bool isWhole(const Bytes& bytes)
+bool isWhole(std::span<const std::uint8_t> bytes)
 {
     constexpr std::size_t kSignature = 8, kFrame = 12; // length, name and checksum of a chunk
     std::size_t offset = kSignature;
     while (offset + kFrame <= bytes.size()) {
         const std::uint64_t length = bigEndian32(bytes, offset);
         if (length > bytes.size() - offset - kFrame) return false;
-        if (std::equal(&bytes[offset + 4], &bytes[offset + 8], "IEND")) return true;
+        if (std::memcmp(&bytes[offset + 4], "IEND", 4) == 0) return true;
         offset += kFrame + static_cast<std::size_t>(length);
     }
     return false;
@@ -63,22 +47,41 @@ bool isWhole(const Bytes& bytes)
 bool isPlausibleSize(const png_image& image, std::size_t fileBytes)
 {
     const std::uint64_t width = image.width, height = image.height;
-    if (width == 0 || height == 0 || width > kCGMaxSide || height > kCGMaxSide) return false;
+    if (!CGIsImageSize(width, height)) return false;
     const std::uint64_t leastBytes = height * (1 + width / 8); // one bit a pixel
-    return width * height <= kMaxPixels && leastBytes <= fileBytes * kMaxInflation;
+    return width * height <= kCGMaxFilePixels && leastBytes <= fileBytes * kMaxInflation;
 }
 
-void premultiply(Bytes& pixels)
+/// `pixel` with its three colours times alpha, each to the nearest: c * a / 255 is t + t / 256 for t = c * a + 128.
+std::uint32_t premultiplied(std::uint32_t pixel)
+{
+    const std::uint32_t alpha = pixel >> 24;
+    std::uint32_t redBlue = (pixel & 0xff00ff) * alpha + 0x800080;
+    redBlue = (redBlue + (redBlue >> 8 & 0xff00ff)) >> 8 & 0xff00ff;
+    std::uint32_t green = (pixel >> 8 & 0xff) * alpha + 0x80;
+    green = (green + (green >> 8)) & 0xff00;
+    return alpha << 24 | green | redBlue;
+}
+
+void premultiply(std::span<std::uint8_t> pixels)
 {
     for (std::size_t i = 0; i + 3 < pixels.size(); i += 4) {
-        const unsigned alpha = pixels[i + 3];
-        for (std::size_t k = i; k < i + 3; ++k) pixels[k] = static_cast<std::uint8_t>((pixels[k] * alpha + 127) / 255);
+        std::uint32_t pixel;
+        std::memcpy(&pixel, &pixels[i], 4);
+        pixel = premultiplied(pixel);
+        std::memcpy(&pixels[i], &pixel, 4);
     }
 }
 
-Bytes unpremultiplied(std::span<const std::uint8_t> pixels)
+Bytes unpremultiplied(CGImageRef image)
 {
-    Bytes straight(pixels.begin(), pixels.end());
+    const std::size_t bytesPerRow = 4 * CGImageGetWidth(image);
+    Bytes straight;
+    straight.reserve(bytesPerRow * CGImageGetHeight(image));
+    for (std::size_t y = 0; y < CGImageGetHeight(image); ++y) {
+        const auto row = CGImageGetPixels(image).subspan(y * CGImageGetBytesPerRow(image), bytesPerRow);
+        straight.insert(straight.end(), row.begin(), row.end());
+    }
     for (std::size_t i = 0; i + 3 < straight.size(); i += 4) {
         const unsigned alpha = straight[i + 3];
         for (std::size_t k = i; k < i + 3 && alpha; ++k)
@@ -93,27 +96,32 @@ bool writePixels(CGImageRef image, std::FILE* file)
     png.width = static_cast<png_uint_32>(CGImageGetWidth(image));
     png.height = static_cast<png_uint_32>(CGImageGetHeight(image));
     png.format = PNG_FORMAT_RGBA;
-    const Bytes straight = unpremultiplied(CGImageGetPixels(image));
+    const Bytes straight = unpremultiplied(image);
     return png_image_write_to_stdio(&png, file, 0, straight.data(), 0, nullptr) != 0 && std::fflush(file) == 0;
 }
 
 } // namespace
 
-RetainPtr<CGImage> CGImageCreateWithPNGFile(const std::string& path)
+RetainPtr<CGImage> CGImageCreateWithPNGDataProvider(CGDataProviderRef provider)
 {
-    const std::optional<Bytes> bytes = contentsOfFile(path);
-    if (!bytes) return nullptr;
+    if (!provider) return nullptr;
+    const std::span<const std::uint8_t> bytes = provider->bytes();
     PNGImage png;
-    if (!png_image_begin_read_from_memory(&png, bytes->data(), bytes->size())) return nullptr;
-    if (!isPlausibleSize(png, bytes->size()) || !isWhole(*bytes)) return nullptr;
+    if (!png_image_begin_read_from_memory(&png, bytes.data(), bytes.size())) return nullptr;
+    if (!isPlausibleSize(png, bytes.size()) || !isWhole(bytes)) return nullptr;
     png.format = PNG_FORMAT_RGBA;
     png.flags |= PNG_IMAGE_FLAG_16BIT_sRGB; // 16 bits are finer steps of the same curve, not linear light
     const std::size_t width = png.width, height = png.height;
-    Bytes pixels(PNG_IMAGE_SIZE(png));
-    if (!png_image_finish_read(&png, nullptr, pixels.data(), 0, nullptr)) return nullptr;
-    premultiply(pixels);
-    return RetainPtr<CGImage>::adopt(
-        new CGImage(std::make_unique<CGImage::Contents>(width, height, std::move(pixels))));
+    CGBlock pixels = CGBlockOfBytes(PNG_IMAGE_SIZE(png));
+    if (!pixels || !png_image_finish_read(&png, nullptr, pixels.get(), 0, nullptr)) return nullptr;
+    premultiply({pixels.get(), 4 * width * height});
+    return CGImageCreateWithBlock(width, height, std::move(pixels));
+}
+
+RetainPtr<CGImage> CGImageCreateWithPNGFile(const std::string& path)
+{
+    const auto provider = CGDataProviderCreateWithURL(CFURLCreateFromFileSystemRepresentation(path).get());
+    return CGImageCreateWithPNGDataProvider(provider);
 }
 
 bool CGImageWritePNGFile(CGImageRef image, const std::string& path)
