@@ -1,0 +1,203 @@
+#include "ZeUIRect.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+struct Numbers {
+    double x, y, width, height;
+};
+
+void expectRect(const ZeRect& r, const Numbers& expected)
+{
+    EXPECT_DOUBLE_EQ(r.x, expected.x);
+    EXPECT_DOUBLE_EQ(r.y, expected.y);
+    EXPECT_DOUBLE_EQ(r.width, expected.width);
+    EXPECT_DOUBLE_EQ(r.height, expected.height);
+}
+
+constexpr auto kNoCoord = static_cast<_tPt2Coord>(2);
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+} // namespace
+
+TEST(ZeRect, TakesFourKindsOfNumbers)
+{
+    expectRect({7, 8}, {0, 0, 7, 8});
+    expectRect({0.5F, 8.25F}, {0, 0, 0.5, 8.25});
+    expectRect({0.1, -8.0}, {0, 0, 0.1, -8});
+    expectRect({1LL << 40, 8LL}, {0, 0, 1099511627776.0, 8});
+
+    expectRect({10, 20, 30, 50}, {10, 20, 30, 50});
+    expectRect({10, 20, 30, 50, ePt2Pt}, {10, 20, 20, 30});
+    expectRect({2.5F, 1.0F, 1.5F, 4.0F, ePt2Pt}, {2.5, 1, -1, 3});
+    expectRect({0.25, 0.5, 1.0, 2.0, ePtSize}, {0.25, 0.5, 1, 2});
+    // differences are taken in double: no 64-bit overflow
+    const long long most = std::numeric_limits<long long>::max();
+    expectRect({-most, 0LL, most, 1LL, ePt2Pt}, {-9223372036854775808.0, 0, 18446744073709551616.0, 1});
+    expectRect({1, 2, 3, 4, kNoCoord}, {0, 0, 0, 0});
+}
+
+TEST(ZeRect, ReadsPlatformRectangles)
+{
+    const Rect edges{.top = 20, .left = 10, .bottom = 50, .right = 30};
+    expectRect({edges}, {10, 20, 20, 30});
+    expectRect({edges, ePt2Pt}, {10, 20, 30, 50});
+    const Rect widest{.top = 0, .left = -32768, .bottom = 1, .right = 32767};
+    expectRect({widest}, {-32768, 0, 65535, 1});
+    expectRect({CGRectMake(10, 20, 30, 50)}, {10, 20, 30, 50});
+    expectRect({CGRectMake(10, 20, 30, 50), ePt2Pt}, {10, 20, 20, 30});
+
+    ZeRect r(1, 2, 3, 4);
+    r.Set(edges, kNoCoord);
+    r.Set(CGRectMake(5, 6, 7, 8), kNoCoord);
+    r.Set(5, 6, 7, 8, kNoCoord);
+    expectRect(r, {1, 2, 3, 4});
+    r.Set(ZeRect(5, 6, 7, 8));
+    expectRect(r, {5, 6, 7, 8});
+}
+
+TEST(ZeRect, WritesPlatformRectangles)
+{
+    const ZeRect r(10, 20, 30, 50, ePt2Pt);
+    EXPECT_EQ(r.GetCGRect(), CGRectMake(10, 20, 20, 30));
+    EXPECT_EQ(r.GetCGRect(ePt2Pt), CGRectMake(10, 20, 30, 50));
+    EXPECT_EQ(r.GetRect(kNoCoord), Rect{});
+
+    static const struct {
+        const char* why;
+        Numbers rect;
+        Rect size, edges; // top, left, bottom, right
+    } kRows[] = {
+        {"halves go away from zero", {-1.5, 2.5, 3.49, 4.5}, {3, -2, 5, 3}, {3, -2, 7, 2}},
+        {"edges are rounded, not their parts", {0.4, 0.4, 0.4, 10.2}, {0, 0, 10, 0}, {0, 0, 11, 1}},
+        {"just below a half", {0.49999999999999994, -0.49999999999999994, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}},
+        {"low 16 bits", {40000, 65536, -40000, 1}, {0, -25536, 1, 25536}, {0, -25536, 1, 0}},
+        {"32767.5 wraps", {32767.5, 0, 0, 0}, {0, -32768, 0, 0}, {0, -32768, 0, -32768}},
+        {"not a number is 0, the ends of 64 bits keep their low bits",
+         {kNaN, -kInfinity, kInfinity, 0},
+         {0, 0, 0, -1},
+         {0, 0, 0, 0}},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        const ZeRect rect(row.rect.x, row.rect.y, row.rect.width, row.rect.height);
+        EXPECT_TRUE(rect.GetRect() == row.size);
+        EXPECT_TRUE(rect.GetRect(ePt2Pt) == row.edges);
+        EXPECT_TRUE(rect.GetSRect() == row.edges);
+    }
+}
+
+TEST(ZeRect, Adjusts)
+{
+    static const struct {
+        const char* why;
+        Numbers from;
+        void (*adjust)(ZeRect&);
+        Numbers to;
+    } kRows[] = {
+        {"inflate", {10, 10, 4, 6}, [](ZeRect& r) { r.Inflate(2, 3); }, {7.5, 6.5, 8.5, 12.5}},
+        {"deflate", {0, 0, 16, 16}, [](ZeRect& r) { r.Deflate(2, 2); }, {2.5, 2.5, 11.5, 11.5}},
+        {"deflate by nothing", {0, 0, 16, 16}, [](ZeRect& r) { r.Deflate(0, 1); }, {0.5, 1.5, 15.5, 13.5}},
+        {"left edge", {1, 2, 30, 40}, [](ZeRect& r) { r.EdgeAdj(5, eEdgeLeft); }, {6, 2, 25, 40}},
+        {"right edge", {1, 2, 30, 40}, [](ZeRect& r) { r.EdgeAdj(5, eEdgeRight); }, {1, 2, 35, 40}},
+        {"top edge", {1, 2, 30, 40}, [](ZeRect& r) { r.EdgeAdj(-5, eEdgeTop); }, {1, -3, 30, 45}},
+        {"bottom edge", {1, 2, 30, 40}, [](ZeRect& r) { r.EdgeAdj(-50, eEdgeBottom); }, {1, 2, 30, -10}},
+        {"no edge", {1, 2, 30, 40}, [](ZeRect& r) { r.EdgeAdj(5, static_cast<_tEdge>(4)); }, {1, 2, 30, 40}},
+        {"across", {1, 2, 3, 4}, [](ZeRect& r) { r.Shift(5, eDirHorz); }, {6, 2, 3, 4}},
+        {"down", {1, 2, 3, 4}, [](ZeRect& r) { r.Shift(5, eDirVert); }, {1, 7, 3, 4}},
+        {"both", {1, 2, 3, 4}, [](ZeRect& r) { r.Shift(-5, eDirBoth); }, {-4, -3, 3, 4}},
+        {"no direction", {1, 2, 3, 4}, [](ZeRect& r) { r.Shift(5, static_cast<_tDirection>(3)); }, {1, 2, 3, 4}},
+        {"by two amounts", {1, 2, 3, 4}, [](ZeRect& r) { r.Shift(5, 1); }, {6, 3, 3, 4}},
+        {"top left", {0, 0, 10, 10}, [](ZeRect& r) { r.CornerAdj(2, eCornerTL); }, {-2, -2, 12, 12}},
+        {"top right", {0, 0, 10, 10}, [](ZeRect& r) { r.CornerAdj(2, eCornerTR); }, {0, -2, 12, 12}},
+        {"bottom left", {0, 0, 10, 10}, [](ZeRect& r) { r.CornerAdj(2, eCornerBL); }, {-2, 0, 12, 12}},
+        {"bottom right", {0, 0, 10, 10}, [](ZeRect& r) { r.CornerAdj(2, eCornerBR); }, {0, 0, 12, 12}},
+        {"no corner", {0, 0, 10, 10}, [](ZeRect& r) { r.CornerAdj(2, static_cast<_tCorner>(4)); }, {0, 0, 10, 10}},
+        {"to a brush of 8", {13.7, 9.2, 10, 10}, [](ZeRect& r) { r.AlignTL4Brush(7); }, {8, 8, 15.7, 11.2}},
+        {"below zero", {-0.5, -3.5, 10, 10}, [](ZeRect& r) { r.AlignTL4Brush(1); }, {0, -4, 9.5, 10.5}},
+        {"without bits", {13.7, 9.2, 1, 1}, [](ZeRect& r) { r.AlignTL4Brush(0); }, {13, 9, 1.7, 1.2}},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        ZeRect r(row.from.x, row.from.y, row.from.width, row.from.height);
+        row.adjust(r);
+        expectRect(r, row.to);
+    }
+}
+
+TEST(ZeRect, TellsWhatTwoHaveInCommon)
+{
+    static const struct {
+        const char* why;
+        ZeRect a, b;
+        Numbers common; // width 0: none
+    } kRows[] = {
+        {"overlap", {0, 0, 10, 10}, {6, -2, 10, 5}, {6, 0, 4, 3}},
+        {"one within the other", {0, 0, 10, 10}, {2, 3, 4, 5}, {2, 3, 4, 5}},
+        {"an edge in common is no area", {0, 0, 10, 10}, {10, 0, 10, 10}, {kInfinity, kInfinity, 0, 0}},
+        {"apart", {0, 0, 10, 10}, {0, 11, 10, 10}, {kInfinity, kInfinity, 0, 0}},
+        {"an extent counts from its other end", {10, 10, -10, -10}, {6, 8, 10, 10}, {6, 8, 4, 2}},
+        {"not a number", {0, 0, 10, 10}, {kNaN, 0.0, 10.0, 10.0}, {kInfinity, kInfinity, 0, 0}},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        for (const auto& [a, b] : {std::pair(row.a, row.b), std::pair(row.b, row.a)}) {
+            ZeRect common = a;
+            EXPECT_EQ(a.Intersects(b, nullptr), row.common.width > 0);
+            EXPECT_EQ(common.Intersects(b, &common), row.common.width > 0);
+            expectRect(common, row.common);
+        }
+    }
+}
+
+TEST(ZeRect, SurroundsTwo)
+{
+    static const struct {
+        const char* why;
+        ZeRect a, b;
+        Numbers both;
+        bool hasExtent;
+    } kRows[] = {
+        {"two", {10, 10, 10, 10}, {0, 0, 5, 5}, {0, 0, 20, 20}, true},
+        {"the first has no width", {0, 0, 0, 5}, {3, 3, 2, 2}, {3, 3, 2, 2}, true},
+        {"the second has no height", {3, 3, 2, 2}, {0, 0, 5, 0}, {3, 3, 2, 2}, true},
+        {"neither counts", {1, 2, 0, 5}, {3, 3, 2, 0}, {1, 2, 0, 5}, false},
+        {"negative extents stay", {10, 0, -5, 1}, {10, 0, -10, 1}, {10, 0, -5, 1}, true},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        ZeRect both = row.b;
+        EXPECT_EQ(row.a.SuperRect(row.b, nullptr), row.hasExtent);
+        EXPECT_EQ(row.a.SuperRect(both, &both), row.hasExtent);
+        expectRect(both, row.both);
+    }
+}
+
+TEST(ZeRect, HalvesIntoTriangles)
+{
+    const ZeRect r(1, 2, 10, 20);
+    constexpr ZeFPoint TL{1, 2}, TR{11, 2}, BL{1, 22}, BR{11, 22}, untouched{-1, -1};
+    static const struct {
+        int n, kind;
+        ZeFPoint points[4];
+    } kRows[] = {
+        {3, 0, {TL, TR, BL, untouched}},
+        {4, 1, {TL, TR, BR, untouched}},
+        {3, 2, {TL, BR, BL, untouched}},
+        {3, 3, {TR, BR, BL, untouched}},
+        {2, 0, {untouched, untouched, untouched, untouched}},
+        {4, 4, {untouched, untouched, untouched, untouched}},
+        {4, -1, {untouched, untouched, untouched, untouched}},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.kind);
+        ZeFPoint points[4] = {untouched, untouched, untouched, untouched};
+        r.TriPtsFromRect(points, row.n, row.kind);
+        for (int i = 0; i < 4; ++i) EXPECT_TRUE(points[i] == row.points[i]) << i;
+    }
+    r.TriPtsFromRect(nullptr, 3, 0);
+}
