@@ -1,0 +1,127 @@
+#include "PosFmtFixture.h"
+
+#include <cmath>
+
+namespace {
+
+std::string Tick(double span, const ZePosFmt& fmt)
+{
+    bool coarse = true;
+    unsigned stepCount = 99;
+    const double step = NiceTick(span, fmt, &coarse, &stepCount);
+    return (coarse ? "coarse " : "fine ") + std::to_string(std::llround(step)) + " in " + std::to_string(stepCount);
+}
+
+constexpr double kSecond = 48000, kMinute = 60 * kSecond, kHour = 60 * kMinute;
+
+} // namespace
+
+TEST(RateFromPosFmt, KnowsEveryFormat)
+{
+    static const double kRates[] = {1,  100, 1, 29.5, 29.5, 7680, 30000.0 / 1001, 30, 30000.0 / 1001, 25,
+                                    24, 1,   1, 7680, 7680, 29.5, 29.5,           75, 24000.0 / 1001, 1,
+                                    1};
+    for (int format = 0; format <= QVPOSFMT_PERCENT; ++format)
+        EXPECT_EQ(RateFromPosFmt(Format(format, 48000, 29.5)), kRates[format]) << format;
+    EXPECT_EQ(RateFromPosFmt(Format(-1)), 1);
+    EXPECT_EQ(RateFromPosFmt(Format(21)), 1);
+    Format wide(QVPOSFMT_MEASURES);
+    wide.cTicksPerBeat = 1u << 30; // times four is 0 in 32 bits
+    EXPECT_EQ(RateFromPosFmt(wide), 0);
+}
+
+TEST(NiceTick, StepsThroughHoursMinutesSecondsAndUnits)
+{
+    static const struct {
+        int format;
+        double span;
+        const char* tick;
+    } kRows[] = {
+        {QVPOSFMT_SMPTE_NONDROP_30, 75 * kSecond, "coarse 2880000 in 1"},
+        {QVPOSFMT_SMPTE_NONDROP_30, 7 * kSecond, "coarse 480000 in 10"},
+        {QVPOSFMT_SMPTE_NONDROP_30, 24000, "fine 24000 in 15"},
+        {QVPOSFMT_SMPTE_NONDROP_30, 38400, "fine 48000 in 1"},
+        {QVPOSFMT_TIME, 14400, "fine 24000 in 10"},
+        {QVPOSFMT_TIME, 480, "fine 480 in 1"},
+        {QVPOSFMT_TIME, 25 * kHour, "coarse 172800000 in 1"}, // hours modulo 24
+        {QVPOSFMT_TIME, 13 * kHour + 21 * kMinute, "coarse 4147200000 in 24"},
+        {QVPOSFMT_TIME, 13 * kHour, "coarse 2073600000 in 12"},
+        {QVPOSFMT_TIME, 5 * kHour, "coarse 1036800000 in 6"},
+        {QVPOSFMT_TIME, 2 * kHour + 30 * kMinute, "coarse 691200000 in 4"},
+        {QVPOSFMT_TIME, 2 * kHour, "coarse 345600000 in 2"},
+        {QVPOSFMT_TIME, 41 * kMinute, "coarse 172800000 in 1"},
+        {QVPOSFMT_TIME, 40 * kMinute, "coarse 86400000 in 30"},
+        {QVPOSFMT_TIME, 25 * kMinute, "coarse 43200000 in 15"},
+        {QVPOSFMT_TIME, 10 * kMinute, "coarse 28800000 in 10"},
+        {QVPOSFMT_TIME, 2 * kMinute + 21 * kSecond, "coarse 14400000 in 5"},
+        {QVPOSFMT_TIME, 2 * kMinute, "coarse 5760000 in 2"},
+        {QVPOSFMT_TIME, 41 * kSecond, "coarse 2880000 in 1"},
+        {QVPOSFMT_TIME, 26 * kSecond, "coarse 1440000 in 30"},
+        {QVPOSFMT_TIME, 1.25 * kSecond, "coarse 96000 in 2"},
+        {QVPOSFMT_TIME, 1.24 * kSecond, "fine 48000 in 1"},
+        {QVPOSFMT_TIME, 0.61 * kSecond, "fine 48000 in 1"},
+        {QVPOSFMT_TIME, 0.13 * kSecond, "fine 9600 in 20"},
+        {QVPOSFMT_TIME, 0.07 * kSecond, "fine 4800 in 10"},
+        {QVPOSFMT_TIME, 0.03 * kSecond, "fine 2400 in 5"},
+        {QVPOSFMT_TIME, 0.02 * kSecond, "fine 960 in 2"},
+        {QVPOSFMT_TIME_CD, 0.5 * kSecond, "fine 23680 in 37"},
+        {QVPOSFMT_SMPTE_EBU, 0.5 * kSecond, "fine 23040 in 12"},
+        {QVPOSFMT_SMPTE_FILM, 0.125 * kSecond, "fine 8000 in 4"},
+        {QVPOSFMT_SMPTE_EBU, 0.125 * kSecond, "fine 9600 in 5"},
+        {QVPOSFMT_SMPTE_DROP, 0.25 * kSecond, "fine 16000 in 10"},
+        {QVPOSFMT_SMPTE_DROP, 0, "fine 1600 in 1"},
+        {QVPOSFMT_SMPTE_NONDROP_23, 0.25 * kSecond, "fine 8000 in 4"},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(Tick(row.span, Format(row.format)), row.tick) << row.format << " " << row.span;
+
+    // Fine units at a high rate come in fifths.
+    EXPECT_EQ(Tick(48000 * 0.3, Format(QVPOSFMT_FRAMES, 48000, 1000)), "fine 24000 in 20");
+    EXPECT_EQ(Tick(48000 * 0.3, Format(QVPOSFMT_FRAMES, 48000, 250)), "fine 24000 in 5");
+}
+
+TEST(NiceTick, StepsThroughDecades)
+{
+    static const struct {
+        int format;
+        double span;
+        const char* tick;
+    } kRows[] = {
+        {QVPOSFMT_SAMPLES, 3000, "fine 5000 in 5"},
+        {QVPOSFMT_SAMPLES, 1500, "fine 2000 in 20"},
+        {QVPOSFMT_SAMPLES, 9000, "fine 10000 in 10"},
+        {QVPOSFMT_SAMPLES, 1050, "fine 1000 in 10"},
+        {QVPOSFMT_SAMPLES, 0.5, "fine 1 in 10"},
+        {QVPOSFMT_SAMPLES, 0, "fine 1 in 10"},
+        {QVPOSFMT_SAMPLES, -5, "fine 1 in 10"},
+        {QVPOSFMT_TIME_METRIC, 4800, "fine 48000 in 10"},
+        {QVPOSFMT_TIME_METRIC, 30 * kSecond, "coarse 2400000 in 5"},
+        {QVPOSFMT_RESERVED_12, 15 * kSecond, "coarse 960000 in 20"},
+        {QVPOSFMT_FRAMES_METRIC, 1, "fine 1920 in 10"},
+        {QVPOSFMT_FRAMES_METRIC, 1920 * 30, "coarse 96000 in 5"},
+        {QVPOSFMT_RESERVED_16, 1920 * 30, "coarse 96000 in 5"},
+        {QVPOSFMT_RESERVED_19, 1234, "fine 1234 in 0"},
+        {QVPOSFMT_PERCENT, 1234, "fine 1234 in 0"},
+        {-1, 1234, "fine 1234 in 0"},
+        {21, 1234, "fine 1234 in 0"},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(Tick(row.span, Format(row.format)), row.tick) << row.format << " " << row.span;
+}
+
+TEST(NiceTick, StepsThroughMeasuresBeatsAndTicks)
+{
+    static const struct {
+        double span;
+        const char* tick;
+    } kRows[] = {
+        {48000, "coarse 48000 in 2"}, {480000, "coarse 768000 in 4"}, {6000, "fine 6000 in 240"},
+        {15000, "coarse 24000 in 4"}, {96000, "coarse 192000 in 4"},  {96000 + 48000, "coarse 384000 in 4"},
+        {24000, "coarse 24000 in 1"}, {24050, "coarse 48000 in 2"},   {12000, "fine 12000 in 480"},
+        {425, "fine 450 in 18"},      {400, "fine 400 in 16"},        {0, "fine 25 in 1"},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_EQ(Tick(row.span, Format(QVPOSFMT_MEASURES)), row.tick) << row.span;
+        EXPECT_EQ(Tick(row.span, Format(QVPOSFMT_RESERVED_13)), row.tick) << row.span;
+    }
+}
