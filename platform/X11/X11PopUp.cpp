@@ -56,6 +56,7 @@ void X11PopUp::keyboardUngrabbed()
 
 void X11PopUp::grab()
 {
+    if (!id()) return;
     mHoldsPointer = mHoldsPointer || grabPointer();
     mHoldsKeyboard = mHoldsKeyboard || grabKeyboard();
     if (mHoldsPointer && mHoldsKeyboard) return stopTrying();
