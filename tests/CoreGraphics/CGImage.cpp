@@ -1,0 +1,159 @@
+#include "CoreGraphics/CGCairo.h"
+#include "Pixels.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+/// 3 by 2 pixels, rows 16 bytes apart; the fourth of each row is no part of the picture.
+constexpr std::array<std::uint8_t, 32> kBytes{1, 0, 0, 255, 2, 0, 0, 255, 3, 0, 0, 255, 9, 9, 9, 9,
+                                              4, 0, 0, 255, 5, 0, 0, 255, 6, 0, 0, 255, 9, 9, 9, 9};
+
+/// Counts the providers that let go of their bytes.
+struct Releases {
+    int count = 0;
+    const void* data = nullptr;
+    std::size_t size = 0;
+
+    static void callback(void* info, const void* data, std::size_t size)
+    {
+        auto& releases = *static_cast<Releases*>(info);
+        ++releases.count;
+        releases.data = data;
+        releases.size = size;
+    }
+    RetainPtr<CGImage> image()
+    {
+        const auto provider = CGDataProviderCreateWithData(this, kBytes.data(), kBytes.size(), callback);
+        return CGImageCreate(3, 2, 16, provider);
+    }
+};
+
+const std::uint8_t* drawnFrom(CGImageRef image)
+{
+    return cairo_image_surface_get_data(image->contents().surface.get());
+}
+
+} // namespace
+
+TEST(CGImage, DrawsFromTheProvidersBytes)
+{
+    Releases releases;
+    const auto image = releases.image();
+    ASSERT_TRUE(image);
+    EXPECT_EQ(CGImageGetPixels(image).data(), kBytes.data());
+    EXPECT_EQ(CGImageGetPixels(image).size(), 28u);
+    EXPECT_EQ(CGImageGetBytesPerRow(image), 16u);
+    EXPECT_EQ(drawnFrom(image), kBytes.data());
+    const auto context = CGBitmapContextCreate(3, 2);
+    CGContextDrawImage(context, CGRectMake(0, 0, 3, 2), image);
+    EXPECT_EQ(pixelOf(context, 2, 0), "030000ff");
+    EXPECT_EQ(pixelOf(context, 0, 1), "040000ff");
+}
+
+TEST(CGImage, CutsShareBytesAndKeepThem)
+{
+    static const struct {
+        const char* why;
+        CGRect rect;
+        std::size_t x, y, width, height; // width 0: none
+    } kRows[] = {
+        {"whole", {{0, 0}, {3, 2}}, 0, 0, 3, 2},
+        {"lower right", {{1, 1}, {2, 1}}, 1, 1, 2, 1},
+        {"past the edges", {{-5, -5}, {7, 6}}, 0, 0, 2, 1},
+        {"each pixel that is touched", {{0.9, 0.5}, {1.2, 0.2}}, 0, 0, 3, 1},
+        {"from the other end", {{3, 2}, {-1, -1}}, 2, 1, 1, 1},
+        {"beside", {{3, 0}, {1, 1}}, 0, 0, 0, 0},
+        {"no height", {{0, 0}, {3, 0}}, 0, 0, 0, 0},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        Releases releases;
+        auto image = releases.image();
+        auto cut = CGImageCreateWithImageInRect(image, row.rect);
+        image = nullptr;
+        ASSERT_EQ(cut != nullptr, row.width > 0);
+        EXPECT_EQ(releases.count, cut ? 0 : 1);
+        if (!cut) continue;
+        EXPECT_EQ(CGImageGetWidth(cut), row.width);
+        EXPECT_EQ(CGImageGetHeight(cut), row.height);
+        EXPECT_EQ(drawnFrom(cut), &kBytes[16 * row.y + 4 * row.x]);
+        EXPECT_EQ(CGImageGetPixels(cut).data(), drawnFrom(cut));
+        cut = CGImageCreateWithImageInRect(cut, CGRectMake(0, 0, 1, 1)); // of a part again
+        EXPECT_EQ(releases.count, 0);
+        cut = nullptr;
+        EXPECT_EQ(releases.count, 1);
+        EXPECT_EQ(releases.data, kBytes.data());
+        EXPECT_EQ(releases.size, kBytes.size());
+    }
+    EXPECT_FALSE(CGImageCreateWithImageInRect(nullptr, CGRectMake(0, 0, 1, 1)));
+}
+
+TEST(CGImage, RefusesWhatTheBytesCannotHold)
+{
+    const auto provider = CGDataProviderCreateWithData(nullptr, kBytes.data(), 28, nullptr);
+    EXPECT_TRUE(CGImageCreate(3, 2, 16, provider)); // the last row needs no gap behind it
+    static const struct {
+        std::size_t width, height, bytesPerRow;
+    } kRows[] = {{4, 2, 16},    {3, 3, 16},    {3, 2, 8},      {3, 2, 14},
+                 {0, 2, 16},    {3, 0, 16},    {32768, 1, 16}, {1, std::size_t{1} << 40, 4},
+                 {1, 1, ~3ull}, {1, 32768, 4}, {1, 2, 1 << 20}};
+    for (const auto& row : kRows)
+        EXPECT_FALSE(CGImageCreate(row.width, row.height, row.bytesPerRow, provider))
+            << row.width << " " << row.height << " " << row.bytesPerRow;
+    EXPECT_FALSE(CGImageCreate(1, 1, 4, nullptr));
+}
+
+TEST(CGImage, WritesACutWithoutItsNeighbours)
+{
+    Releases releases;
+    const auto image = releases.image();
+    const auto cut = CGImageCreateWithImageInRect(image, CGRectMake(1, 0, 2, 2));
+    const std::string path = testing::TempDir() + "cut-" + std::to_string(getpid()) + ".png";
+    ASSERT_TRUE(CGImageWritePNGFile(cut, path));
+    const auto again = CGImageCreateWithPNGFile(path);
+    unlink(path.c_str());
+    ASSERT_TRUE(again);
+    static constexpr const char* kPixels[] = {"020000ff", "030000ff", "050000ff", "060000ff"};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(hexOf(CGImageGetPixels(again), i), kPixels[i]);
+}
+
+TEST(CGDataProvider, ReadsRegularFilesOnly)
+{
+    const std::string path = testing::TempDir() + "pipe-" + std::to_string(getpid());
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    auto bytesAt = [](const std::string& name) {
+        return CGDataProviderCreateWithURL(CFURLCreateFromFileSystemRepresentation(name).get());
+    };
+    EXPECT_FALSE(bytesAt(path)); // at once: nobody writes
+    unlink(path.c_str());
+    EXPECT_FALSE(bytesAt("/dev/zero"));
+    EXPECT_FALSE(bytesAt("/"));
+    EXPECT_FALSE(CGDataProviderCreateWithURL(nullptr));
+    const int file = open(path.c_str(), O_CREAT | O_WRONLY, 0600);
+    ASSERT_EQ(write(file, "seen", 4), 4);
+    const auto seen = bytesAt(path);
+    ASSERT_TRUE(seen);
+    EXPECT_EQ(std::string(seen->bytes().begin(), seen->bytes().end()), "seen");
+    ASSERT_EQ(ftruncate(file, 300 << 20), 0); // a hole of 300 MiB
+    EXPECT_FALSE(bytesAt(path));
+    close(file);
+    unlink(path.c_str());
+}
+
+TEST(CGContext, DrawsIntoPixelsOfTheCaller)
+{
+    std::array<std::uint8_t, 16> pixels{};
+    pixels[0] = pixels[3] = 255;
+    {
+        const auto context = CGBitmapContextCreate(pixels.data(), 2, 2);
+        EXPECT_EQ(pixelOf(context, 0, 0), "ff0000ff");
+        EXPECT_EQ(CGBitmapContextGetPixels(context).data(), pixels.data());
+        fill(context, CGRectMake(1, 1, 1, 1), 0, 0, 1, 1);
+    }
+    EXPECT_EQ(hexOf(pixels, 3), "0000ffff");
+    EXPECT_FALSE(CGBitmapContextCreate(nullptr, 2, 2));
+    EXPECT_FALSE(CGBitmapContextCreate(pixels.data(), 0, 2));
+}
