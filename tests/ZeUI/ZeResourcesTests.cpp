@@ -1,0 +1,271 @@
+#include "BundleOnDisk.h"
+#include "RefusedMemory.h"
+#include "ZeResources.h"
+#include "ZeResources.mac.h"
+#include "ZeUIBitmap.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+struct ZeResourcesTest : testing::Test {
+    ZeResourcesTest()
+    {
+        NSBundle::setMainBundle(host.bundle);
+        NSBundle::setPreferredLanguages({"de"});
+    }
+    ~ZeResourcesTest() override
+    {
+        NSBundle::setMainBundle(nullptr);
+        NSBundle::setPreferredLanguages({});
+    }
+    /// The text of that id; what went wrong where the code isn't 0.
+    static ZeString textOf(ZeResources& resources, const wchar_t* id, bool stripMnemonics = false)
+    {
+        ZeString text = L"old";
+        const ZeResult result = resources.GetResString(id, text, stripMnemonics);
+        return result == kZeSuccess ? text : L"error " + std::to_wstring(result);
+    }
+
+    BundleOnDisk host{"org.tonaro.host"};
+    ZeResources resources;
+};
+
+TEST_F(ZeResourcesTest, TextsComeFromTwoTablesAndElseAreTheirIds)
+{
+    host.write(
+        "de.lproj/ZeCustomPlist.strings",
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>custom</key><string>Eigenes &amp; mehr</string>"
+        "<key>both</key><string>aus Custom</string><key>itself</key><string>itself</string>"
+        "<key>wide</key><string>-\U0001F600-</string><key>none</key><string></string>"
+        "</dict></plist>");
+    host.write("de.lproj/ZeShared.strings",
+               "\"both\" = \"aus Shared\"; shared = \"Gemeinsam\\n\\U00e4\"; itself = \"aus Shared\";");
+    host.write("en.lproj/ZeShared.strings", "shared = Shared; english = English;");
+    host.write("de.lproj/Localizable.strings", "elsewhere = no;");
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
+    static const struct {
+        const wchar_t *id, *text;
+    } kRows[] = {
+        {L"custom", L"Eigenes & mehr"},
+        {L"both", L"aus Custom"},
+        {L"shared", L"Gemeinsam\n\u00e4"},
+        {L"itself", L"aus Shared"}, // a text like its key counts as missing
+        {L"english", L"English"},
+        {L"none", L""},
+        {L"wide", L"-\xD83D\xDE00-"}, // two halves
+        {L"elsewhere", L"elsewhere"},
+        {L"\U0001F600", L"\xD83D\xDE00"},
+        {L"", L""},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_EQ(textOf(resources, row.id), row.text) << row.id;
+        EXPECT_EQ(textOf(resources, row.id), row.text) << row.id << ", from the cache";
+    }
+}
+
+TEST_F(ZeResourcesTest, MnemonicsAreTakenOutOnRequest)
+{
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
+    static const struct {
+        const wchar_t *text, *stripped;
+    } kRows[] = {
+        {L"&Samples", L"Samples"},
+        {L"Save && Quit", L"Save & Quit"},
+        {L"A&", L"A"},
+        {L"&&&A", L"&A"},
+        {L"&", L""},
+        {L"&&", L"&"},
+        {L"&&&&", L"&&"},
+        {L"", L""},
+        {L"&A&B", L"AB"},
+        {L"A&&", L"A&"},
+    };
+    for (const auto& row : kRows) { // without a table the id is the text
+        EXPECT_EQ(textOf(resources, row.text, true), row.stripped) << row.text;
+        EXPECT_EQ(textOf(resources, row.text, false), row.text); // the cache keeps them
+    }
+}
+
+TEST_F(ZeResourcesTest, TheCacheAnswersUntilItIsReset)
+{
+    host.write("de.lproj/ZeShared.strings", "a = Deutsch;");
+    host.write("en.lproj/ZeShared.strings", "a = English;");
+    ZeResCacheMac cache;
+    ZeResourcesMac loader;
+    EXPECT_EQ(loader.Reset(), kZeSuccess); // nothing there yet
+    ASSERT_EQ(loader.Init(&cache), kZeSuccess);
+    ZeString text;
+    loader.GetResString(L"a", text);
+    NSBundle::setPreferredLanguages({"en"});
+    loader.GetResString(L"a", text);
+    EXPECT_EQ(text, L"Deutsch");
+    ASSERT_EQ(cache.items.size(), 1U);
+    EXPECT_EQ(cache.items[0]->refCount, 2U);
+    EXPECT_EQ(cache.items[0]->size, 32);
+    loader.Reset();
+    EXPECT_TRUE(cache.items.empty());
+    EXPECT_EQ(loader.GetResString(L"a", text), kZeSuccess);
+    EXPECT_EQ(text, L"English");
+}
+
+TEST_F(ZeResourcesTest, AnIdMayBePartOfItsText)
+{
+    host.write("ZeShared.strings", "id = \"a text too long to stand in the object\";");
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
+    ZeString text = L"id";
+    EXPECT_EQ(resources.GetResString(text.c_str(), text, false), kZeSuccess);
+    EXPECT_EQ(text, L"a text too long to stand in the object");
+    EXPECT_EQ(textOf(resources, L"id"), text); // cached under its id
+}
+
+TEST_F(ZeResourcesTest, SaysWhatIsMissing)
+{
+    const auto code = [this](const wchar_t* id) {
+        ZeString text = L"old";
+        void* image = &text;
+        const ZeResult texts = resources.GetResString(id, text, true), images = resources.GetResImage(id, &image);
+        EXPECT_EQ(image, nullptr);
+        EXPECT_EQ(resources.GetResImage(id, nullptr), images);
+        return std::to_string(texts) + " " + std::to_string(images) +
+               (text == L"old" ? " kept"
+                : text.empty() ? " empty"
+                               : "");
+    };
+    EXPECT_EQ(code(L"id"), "87 87 kept"); // before Init
+    EXPECT_EQ(resources.Init(L"org.tonaro.none", nullptr), kZeBundleNotFound);
+    EXPECT_EQ(code(L"id"), "87 87 kept");
+    EXPECT_EQ(resources.Init(L"\xD800", nullptr), kZeBundleNotFound);
+    EXPECT_EQ(resources.Init(L"", nullptr), kZeSuccess); // the host's
+    EXPECT_EQ(code(L"id"), "0 4323");
+    EXPECT_EQ(code(nullptr), "87 87 empty");
+    EXPECT_EQ(code(L"\xD800"), "87 4323 empty");
+    EXPECT_EQ(code(L""), "0 4323 empty");
+    EXPECT_EQ(code(L"de.lproj"), "0 4323");
+    EXPECT_EQ(resources.Reset(), kZeSuccess);
+    EXPECT_EQ(code(L"id"), "87 87 kept");
+    NSBundle::setMainBundle(nullptr);
+    EXPECT_EQ(resources.Init(nullptr), kZeBundleNotFound);
+}
+
+TEST_F(ZeResourcesTest, WithoutMemoryThereIsNoLoader)
+{
+    ZeResourcesMac loader;
+    ZeResCacheMac cache;
+    {
+        const RefusedMemory refused;
+        EXPECT_EQ(resources.Init(nullptr), kZeOutOfMemory);
+        EXPECT_EQ(loader.Init(nullptr, nullptr), kZeOutOfMemory);
+        EXPECT_EQ(loader.Init(&cache), kZeSuccess); // needs none of its own
+    }
+    EXPECT_EQ(textOf(resources, L"id"), L"error 87");
+}
+
+TEST_F(ZeResourcesTest, ImagesAreLoadedOnceInTheUsersLanguage)
+{
+    host.writePNG("de.lproj/flag.png", 3, 2);
+    host.writePNG("en.lproj/flag.png", 5, 4);
+    host.writePNG("tick.png", 7, 6);
+    host.write("broken.png", "\x89PNG\r\n");
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
+    static const struct {
+        const wchar_t* name;
+        const char* file;
+        std::int32_t width, height;
+    } kRows[] = {
+        {L"flag.png", "de.lproj/flag.png", 3, 2},
+        {L"tick.png", "tick.png", 7, 6},
+        {L"broken.png", "broken.png", 0, 0},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.name);
+        void *image = nullptr, *again = nullptr;
+        tagSIZE size{-1, -1};
+        EXPECT_EQ(resources.GetResImage(row.name, &image), kZeSuccess);
+        EXPECT_EQ(resources.GetImageSize(image, &size), kZeSuccess);
+        EXPECT_EQ(size.width, row.width);
+        EXPECT_EQ(size.height, row.height);
+        NSBundle::setPreferredLanguages({"en"});
+        host.remove(row.file);
+        EXPECT_EQ(resources.GetResImage(row.name, &again), kZeSuccess);
+        EXPECT_EQ(image, again);
+        NSBundle::setPreferredLanguages({"de"});
+    }
+    tagSIZE size{};
+    EXPECT_EQ(resources.GetImageSize(nullptr, &size), kZeInvalidParameter);
+    void* image = nullptr;
+    resources.GetResImage(L"flag.png", &image);
+    EXPECT_EQ(resources.GetImageSize(image, nullptr), kZeInvalidParameter);
+}
+
+TEST_F(ZeResourcesTest, LoadersShareACacheThatOutlivesThem)
+{
+    host.writePNG("tick.png", 7, 6);
+    const BundleOnDisk other("org.tonaro.other");
+    NSBundle::registerBundle(other.bundle);
+    other.write("ZeShared.strings", "a = other;");
+    host.write("ZeShared.strings", "a = host;");
+    ZeResCache cache;
+    ZeResources second;
+    ASSERT_EQ(resources.Init(&cache), kZeSuccess);
+    ASSERT_EQ(second.Init(L"org.tonaro.other", &cache), kZeSuccess);
+    void *image = nullptr, *again = nullptr;
+    resources.GetResImage(L"tick.png", &image);
+    EXPECT_EQ(second.GetResImage(L"tick.png", &again), kZeSuccess); // which its own bundle lacks
+    EXPECT_EQ(image, again);
+    EXPECT_EQ(textOf(second, L"a"), L"other");
+    resources.Reset();
+    second.Reset();
+    EXPECT_STREQ(static_cast<wchar_t*>(cache.GetResourceFromCache(L"a", eResCacheString, nullptr)), L"other");
+    int size = 0;
+    EXPECT_EQ(cache.GetResourceFromCache(L"tick.png", eResCacheBitmap, &size), image);
+    EXPECT_EQ(size, -1);
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
+    EXPECT_EQ(textOf(resources, L"a"), L"host"); // a cache of its own
+}
+
+TEST_F(ZeResourcesTest, ABundleThatEndedIsNoBundle)
+{
+    const wchar_t* const name = L"org.tonaro.replaced";
+    host.writePNG("tick.png", 7, 6);
+    void* image = nullptr;
+    {
+        BundleOnDisk first("org.tonaro.replaced"), second("org.tonaro.replaced");
+        first.writePNG("tick.png", 7, 6);
+        NSBundle::registerBundle(first.bundle);
+        ASSERT_EQ(resources.Init(name, nullptr), kZeSuccess);
+        ASSERT_EQ(resources.GetResImage(L"tick.png", &image), kZeSuccess);
+        first.bundle = nullptr;
+        EXPECT_EQ(textOf(resources, L"id"), L"id"); // the registry keeps it
+        NSBundle::registerBundle(second.bundle);
+    }
+    EXPECT_EQ(textOf(resources, L"id"), L"error 87");
+    EXPECT_EQ(resources.GetResImage(L"tick.png", nullptr), kZeInvalidParameter);
+    tagSIZE size{};
+    EXPECT_EQ(resources.GetImageSize(image, &size), kZeSuccess); // already in hand
+    EXPECT_EQ(size.width, 7);
+}
+
+TEST_F(ZeResourcesTest, SingleBitmapsAreLoadedByNameTypeAndFolder)
+{
+    host.writePNG("tick.png", 1, 1);
+    host.writePNG("dark/tick.png", 2, 1);
+    host.writePNG("de.lproj/dark/cross.png", 3, 1);
+    static const struct {
+        const char *name, *type, *folder;
+        std::size_t width; ///< 0: none
+    } kRows[] = {
+        {"tick", "png", "", 1},      {"tick.png", "", "", 1}, {"tick", "png", "dark", 2}, {"cross.png", "", "dark", 3},
+        {"tick", "png", "light", 0}, {"tick", "jpg", "", 0},  {"", "png", "", 0},         {"dark", "", "", 0},
+    };
+    for (const auto& row : kRows) {
+        const auto text = [](const char* utf8) { return *utf8 ? NSString::string(utf8) : nullptr; };
+        const auto bitmap = ZeResourceBitmap::LoadBitmap(host.bundle, text(row.name).get(), text(row.type).get(),
+                                                         text(row.folder).get());
+        EXPECT_EQ(bitmap ? bitmap->GetWidth() : 0, row.width) << row.name << " " << row.type << " " << row.folder;
+    }
+    EXPECT_FALSE(ZeResourceBitmap::LoadBitmap(nullptr, "tick.png"_ns.get(), nullptr, nullptr));
+    EXPECT_FALSE(ZeResourceBitmap::LoadBitmap(host.bundle, ""_ns.get(), nullptr, nullptr));
+}
+
+} // namespace
