@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 /// Collects words: "down action(3) up".
@@ -30,8 +31,13 @@ private:
 class LoggingTarget : public NSObject {
 public:
     NS_CLASS(LoggingTarget)
-    void changed(NSObject* sender) { log->add("action", asKind<NSControl>(sender)->doubleValue()); }
+    void changed(NSObject* sender)
+    {
+        log->add("action", asKind<NSControl>(sender)->doubleValue());
+        if (throws) throw std::runtime_error("refused");
+    }
     Log* log = nullptr;
+    bool throws = false;
 };
 
 /// Holds a number under the key "level".

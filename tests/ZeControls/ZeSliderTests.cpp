@@ -193,6 +193,21 @@ TEST_F(ZeSliderTest, WhateverCutsADragShortEndsItOnce)
     }
 }
 
+TEST_F(ZeSliderTest, ADragWhoseActionThrowsEndsToo)
+{
+    logNotifications();
+    target->throws = true;
+    for (const bool continuous : {true, false}) {
+        SCOPED_TRACE(continuous);
+        slider->setContinuous(continuous);
+        slider->setDoubleValue(50);
+        log().take();
+        EXPECT_EQ(mouse(NSLeftMouseDown, 50, 1), "down");
+        EXPECT_THROW(mouse(NSLeftMouseUp, 80, 1), std::runtime_error);
+        EXPECT_EQ(log().take(), "action(80) up change");
+    }
+}
+
 TEST_F(ZeSliderTest, APressWhoseBeginClosesTheWindowEndsToo)
 {
     logNotifications();
