@@ -63,13 +63,6 @@ struct CGGradient::Contents {
     std::vector<Stop> stops;
 };
 
-/// The current path in device space.
-struct CGPathElement {
-    enum Kind { MoveTo, LineTo, CurveTo, Close } kind;
-    std::array<CGPoint, 3> points{}; ///< one for MoveTo and LineTo, three for CurveTo: the controls, then the end
-};
-using CGPathElements = std::vector<CGPathElement>;
-
 struct CGContext::State {
     /// What Cairo doesn't keep itself. The transformation is ours since Cairo gives up on one that has no inverse.
     struct GState {
@@ -84,7 +77,9 @@ struct CGContext::State {
     CairoContext cairo;
     GState current;
     std::vector<GState> saved;
-    CGPathElements path;
+    CGPathElements path;                ///< in device space
+    CGAffineTransform textMatrix;       ///< neither saved nor restored, as the path
+    std::uint8_t* alphaFirst = nullptr; ///< the owner's pixels, where they have another order than `surface`
 };
 
 /// Saves Cairo's state and sets the context's transformation for one drawing; tells whether there is anything to draw
@@ -113,5 +108,7 @@ CGFloat CGUnitValue(CGFloat value); ///< 0 to 1; 0 for not-a-number
 bool CGIsFinite(CGRect rect);
 /// Elements of a rectangle of user space, ready for `CGReplay`.
 CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect);
+/// A line for each two points of user space; one with a point that isn't finite is left out.
+CGPathElements CGElementsOfSegments(const CGAffineTransform& ctm, std::span<const CGPoint> points);
 /// Makes `elements` Cairo's path; they are in device space whatever the transformation says.
 void CGReplay(cairo_t* cairo, const CGPathElements& elements);

@@ -150,6 +150,48 @@ void CGContextSetLineJoin(CGContextRef context, CGLineJoin join)
     if (context) cairo_set_line_join(context->state().cairo.get(), kJoins[join]);
 }
 
+void CGContextSetLineDash(CGContextRef context, CGFloat phase, const CGFloat* lengths, std::size_t count)
+{
+    if (!context) return;
+    // anything that Cairo refuses would make the context unusable
+    constexpr std::size_t kMost = 1024;
+    CGFloat sum = 0;
+    for (std::size_t i = 0; lengths && i < std::min(count, kMost); ++i)
+        sum += lengths[i] >= 0 ? lengths[i] : std::nan("");
+    const bool dashed = sum > 0 && std::isfinite(sum) && std::isfinite(phase);
+    cairo_set_dash(context->state().cairo.get(), lengths, dashed ? static_cast<int>(std::min(count, kMost)) : 0,
+                   dashed ? phase : 0);
+}
+
+void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode)
+{
+    static constexpr std::pair<CGBlendMode, cairo_operator_t> kOperators[] = {
+        {kCGBlendModeNormal, CAIRO_OPERATOR_OVER},
+        {kCGBlendModeDifference, CAIRO_OPERATOR_DIFFERENCE},
+        {kCGBlendModeCopy, CAIRO_OPERATOR_SOURCE},
+    };
+    for (const auto& [known, op] : kOperators)
+        if (context && mode == known) cairo_set_operator(context->state().cairo.get(), op);
+}
+
+void CGContextSetTextMatrix(CGContextRef context, CGAffineTransform matrix)
+{
+    if (context && isFinite(matrix)) context->state().textMatrix = matrix;
+}
+
+void CGContextSetTextPosition(CGContextRef context, CGFloat x, CGFloat y)
+{
+    CGAffineTransform matrix = CGContextGetTextMatrix(context);
+    matrix.tx = x;
+    matrix.ty = y;
+    CGContextSetTextMatrix(context, matrix);
+}
+
+CGAffineTransform CGContextGetTextMatrix(CGContextRef context)
+{
+    return context ? context->state().textMatrix : CGAffineTransform{};
+}
+
 void CGContextSetShouldAntialias(CGContextRef context, bool antialias)
 {
     if (context)

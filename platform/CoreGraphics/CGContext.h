@@ -12,6 +12,7 @@
 #include "CoreGraphics/CGGeometry.h"
 #include "CoreGraphics/CGGradient.h"
 #include "CoreGraphics/CGImage.h"
+#include "CoreGraphics/CGPath.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -42,6 +43,12 @@ struct CGAffineTransform {
 RetainPtr<CGContext> CGBitmapContextCreate(std::size_t width, std::size_t height);
 /// The same over the caller's pixels, rows of 4 * width at `data`; they stay as they are, and must outlive the context.
 RetainPtr<CGContext> CGBitmapContextCreate(void* data, std::size_t width, std::size_t height);
+enum CGImageAlphaInfo { kCGImageAlphaPremultipliedLast = 1, kCGImageAlphaPremultipliedFirst = 2 };
+/// The same over the caller's pixels with their alpha byte last or first. Where it comes first, they are read now, and
+/// written by `CGBitmapContextGetData` only.
+RetainPtr<CGContext> CGBitmapContextCreate(void* data, std::size_t width, std::size_t height, CGImageAlphaInfo alpha);
+/// The pixels in the order they were given in, up to date with all that was drawn, to be read. Null for a null context.
+void* CGBitmapContextGetData(CGContextRef context);
 std::size_t CGBitmapContextGetWidth(CGContextRef context);
 std::size_t CGBitmapContextGetHeight(CGContextRef context);
 /// The pixels, rows of 4 * width, up to date with all that was drawn.
@@ -66,8 +73,21 @@ enum CGLineCap { kCGLineCapButt, kCGLineCapRound, kCGLineCapSquare };
 enum CGLineJoin { kCGLineJoinMiter, kCGLineJoinRound, kCGLineJoinBevel };
 void CGContextSetLineCap(CGContextRef context, CGLineCap cap);
 void CGContextSetLineJoin(CGContextRef context, CGLineJoin join);
+/// Strokes with `count` lengths of user space, line and gap in turn from `phase` into the pattern; solid for a null
+/// `lengths`, a count of 0, and lengths that aren't finite, are negative or sum to 0.
+void CGContextSetLineDash(CGContextRef context, CGFloat phase, const CGFloat* lengths, std::size_t count);
+enum CGBlendMode { kCGBlendModeNormal = 0, kCGBlendModeDifference = 10, kCGBlendModeCopy = 17 };
+void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode); ///< nothing for other modes
 void CGContextSetShouldAntialias(CGContextRef context, bool antialias);
 void CGContextSetAlpha(CGContextRef context, CGFloat alpha); ///< factor on everything drawn from here on
+
+// --- text; neither saved nor restored
+
+/// Letters are y-up: (1, -1) draws them upright, the identity, there at first, mirrored. A matrix that isn't finite is
+/// left out.
+void CGContextSetTextMatrix(CGContextRef context, CGAffineTransform matrix);
+void CGContextSetTextPosition(CGContextRef context, CGFloat x, CGFloat y); ///< the matrix' tx and ty
+CGAffineTransform CGContextGetTextMatrix(CGContextRef context);
 
 // --- the current path; drawing or clipping consumes it
 //
@@ -79,6 +99,7 @@ void CGContextMoveToPoint(CGContextRef context, CGFloat x, CGFloat y);
 void CGContextAddLineToPoint(CGContextRef context, CGFloat x, CGFloat y);
 void CGContextAddCurveToPoint(CGContextRef context, CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2, CGFloat x,
                               CGFloat y);
+void CGContextAddQuadCurveToPoint(CGContextRef context, CGFloat x1, CGFloat y1, CGFloat x, CGFloat y);
 /// From `startAngle` to `endAngle`, radians from the positive x axis toward positive y, at most once around. A line
 /// leads to its start where the path has a point already.
 void CGContextAddArc(CGContextRef context, CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle, CGFloat endAngle);
@@ -87,6 +108,8 @@ void CGContextAddEllipseInRect(CGContextRef context, CGRect rect);
 /// Corners of `radius`, at most half of the smaller side.
 void CGContextAddRoundedRect(CGContextRef context, CGRect rect, CGFloat radius);
 void CGContextClosePath(CGContextRef context);
+/// What was added since the path began, in pixels of the device.
+CGPathElements CGContextCopyPath(CGContextRef context);
 void CGContextFillPath(CGContextRef context);
 void CGContextStrokePath(CGContextRef context);
 void CGContextClip(CGContextRef context);
@@ -95,6 +118,10 @@ void CGContextClipToRect(CGContextRef context, CGRect rect);
 // --- drawing that leaves the current path alone
 
 void CGContextFillRect(CGContextRef context, CGRect rect);
+/// A line from each point of even index to the one after it.
+void CGContextStrokeLineSegments(CGContextRef context, const CGPoint* points, std::size_t count);
+/// A line of the state's width along the edges of `rect`.
+void CGContextStrokeRect(CGContextRef context, CGRect rect);
 /// Frames the inside of `rect` with a line of `width`, in the stroke colour.
 void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width);
 void CGContextClearRect(CGContextRef context, CGRect rect); ///< makes it transparent

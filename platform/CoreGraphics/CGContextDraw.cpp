@@ -68,7 +68,16 @@ void setPlainSource(cairo_t* cairo, const std::array<CGFloat, 4>& rgba, CGFloat 
     cairo_set_source_rgba(cairo, rgba[2], rgba[1], rgba[0], rgba[3] * alpha);
 }
 
-/// Draws in a colour of any kind. A pattern has no alpha of its own to multiply, so it goes through a layer.
+/// Gives the source that is set the alpha that a pattern has no place for.
+void fadeSource(cairo_t* cairo, CGFloat alpha)
+{
+    cairo_push_group(cairo);
+    cairo_set_operator(cairo, CAIRO_OPERATOR_OVER);
+    cairo_paint_with_alpha(cairo, alpha);
+    cairo_pop_group_to_source(cairo);
+}
+
+/// Draws in a colour of any kind.
 template <typename Draw>
 void drawInColor(cairo_t* cairo, CGColorRef color, const CGContext::State::GState& state, Draw&& draw)
 {
@@ -79,12 +88,9 @@ void drawInColor(cairo_t* cairo, CGColorRef color, const CGContext::State::GStat
         draw();
         return;
     }
-    const bool layered = state.alpha < 1;
-    if (layered) cairo_push_group(cairo);
-    if (setPatternSource(cairo, contents, state)) draw();
-    if (!layered) return;
-    cairo_pop_group_to_source(cairo);
-    cairo_paint_with_alpha(cairo, state.alpha);
+    if (!setPatternSource(cairo, contents, state)) return;
+    if (state.alpha < 1) fadeSource(cairo, state.alpha);
+    draw();
 }
 
 void fillElements(CGContextRef context, const CGPathElements& elements, CGColorRef color,
@@ -99,10 +105,39 @@ void fillElements(CGContextRef context, const CGPathElements& elements, CGColorR
     });
 }
 
+void strokeElements(CGContextRef context, const CGPathElements& elements)
+{
+    const CGDrawing drawing(context);
+    if (!drawing) return;
+    const CGContext::State::GState& state = context->state().current;
+    drawInColor(drawing.cairo(), state.stroke, state, [&] {
+        const CGFloat widest = kWidestLine / std::sqrt(std::abs(determinant(state.ctm)));
+        cairo_set_line_width(drawing.cairo(), std::min(state.lineWidth, widest));
+        CGReplay(drawing.cairo(), elements);
+        cairo_stroke(drawing.cairo());
+    });
+}
+
 void clipToElements(CGContextRef context, const CGPathElements& elements)
 {
     cairo_t* cairo = context->state().cairo.get();
     CGReplay(cairo, elements);
+    cairo_clip(cairo);
+}
+
+/// Leaves the strip between the perpendiculars of two points. Where a mode replaces what is there, the nothing beyond a
+/// gradient would replace it too.
+void clipToStrip(cairo_t* cairo, CGPoint start, CGPoint end)
+{
+    constexpr CGFloat kFarther = 1 << 20;
+    const CGFloat dx = end.x - start.x, dy = end.y - start.y;
+    const CGFloat far = kFarther / std::hypot(dx, dy);
+    cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE); // the strip ends as the gradient does
+    cairo_new_path(cairo);
+    cairo_move_to(cairo, start.x - dy * far, start.y + dx * far);
+    cairo_line_to(cairo, start.x + dy * far, start.y - dx * far);
+    cairo_line_to(cairo, end.x + dy * far, end.y - dx * far);
+    cairo_line_to(cairo, end.x - dy * far, end.y + dx * far);
     cairo_clip(cairo);
 }
 
@@ -138,17 +173,17 @@ void CGContextFillPath(CGContextRef context)
 
 void CGContextStrokePath(CGContextRef context)
 {
-    if (!context) return;
-    const CGPathElements path = std::exchange(context->state().path, {});
-    const CGDrawing drawing(context);
-    if (!drawing) return;
-    const CGContext::State::GState& state = context->state().current;
-    drawInColor(drawing.cairo(), state.stroke, state, [&] {
-        const CGFloat widest = kWidestLine / std::sqrt(std::abs(determinant(state.ctm)));
-        cairo_set_line_width(drawing.cairo(), std::min(state.lineWidth, widest));
-        CGReplay(drawing.cairo(), path);
-        cairo_stroke(drawing.cairo());
-    });
+    if (context) strokeElements(context, std::exchange(context->state().path, {}));
+}
+
+void CGContextStrokeLineSegments(CGContextRef context, const CGPoint* points, std::size_t count)
+{
+    if (context && points) strokeElements(context, CGElementsOfSegments(context->state().current.ctm, {points, count}));
+}
+
+void CGContextStrokeRect(CGContextRef context, CGRect rect)
+{
+    if (context) strokeElements(context, CGElementsOfRect(context->state().current.ctm, rect));
 }
 
 void CGContextClip(CGContextRef context)
@@ -210,12 +245,13 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
 void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient, CGPoint start, CGPoint end)
 {
     const CGDrawing drawing(context);
-    if (!drawing || !gradient || !CGIsFinite({start, {end.x - start.x, end.y - start.y}})) return;
+    if (!drawing || !gradient || start == end || !CGIsFinite({start, {end.x - start.x, end.y - start.y}})) return;
     const CairoPattern pattern(cairo_pattern_create_linear(start.x, start.y, end.x, end.y));
     for (const auto& [location, rgba] : gradient->contents().stops)
         cairo_pattern_add_color_stop_rgba(pattern.get(), location, rgba[2], rgba[1], rgba[0],
                                           rgba[3] * context->state().current.alpha);
     cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_NONE);
+    if (cairo_get_operator(drawing.cairo()) != CAIRO_OPERATOR_OVER) clipToStrip(drawing.cairo(), start, end);
     cairo_set_source(drawing.cairo(), pattern.get());
     cairo_paint(drawing.cairo());
 }

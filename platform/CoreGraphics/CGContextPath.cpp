@@ -35,6 +35,18 @@ public:
         if (mElements.empty()) lineTo(control1);
         add(CGPathElement::CurveTo, {control1, control2, end}, 3);
     }
+    void quadCurveTo(CGPoint control, CGPoint end)
+    {
+        if (mElements.empty()) lineTo(control);
+        add(CGPathElement::QuadCurveTo, {control, end}, 2);
+    }
+    void segment(CGPoint from, CGPoint to)
+    {
+        const std::size_t before = mElements.size();
+        moveTo(from);
+        lineTo(to);
+        if (mElements.size() != before + 2) mElements.resize(before); // half a line would join its neighbour
+    }
     void close()
     {
         if (!mElements.empty()) mElements.push_back({CGPathElement::Close});
@@ -99,6 +111,18 @@ void PathBuilder::roundedRect(CGRect r, CGSize radii)
     close();
 }
 
+/// Cairo has cubic curves only: the same curve has its controls two thirds of the way to the one control.
+void quadCurveTo(cairo_t* cairo, CGPoint control, CGPoint end)
+{
+    CGPoint start;
+    cairo_get_current_point(cairo, &start.x, &start.y);
+    auto toward = [&](CGPoint from) {
+        return CGPoint{from.x + 2 * (control.x - from.x) / 3, from.y + 2 * (control.y - from.y) / 3};
+    };
+    const CGPoint first = toward(start), second = toward(end);
+    cairo_curve_to(cairo, first.x, first.y, second.x, second.y, end.x, end.y);
+}
+
 PathBuilder pathOf(CGContextRef context) { return {context->state().path, context->state().current.ctm}; }
 
 /// The same rectangle with sides of at least 0.
@@ -127,6 +151,13 @@ CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect)
     return elements;
 }
 
+CGPathElements CGElementsOfSegments(const CGAffineTransform& ctm, std::span<const CGPoint> points)
+{
+    CGPathElements elements;
+    for (std::size_t i = 0; i + 1 < points.size(); i += 2) PathBuilder(elements, ctm).segment(points[i], points[i + 1]);
+    return elements;
+}
+
 void CGReplay(cairo_t* cairo, const CGPathElements& elements)
 {
     cairo_matrix_t matrix;
@@ -141,6 +172,9 @@ void CGReplay(cairo_t* cairo, const CGPathElements& elements)
             break;
         case CGPathElement::LineTo:
             cairo_line_to(cairo, p[0].x, p[0].y);
+            break;
+        case CGPathElement::QuadCurveTo:
+            quadCurveTo(cairo, p[0], p[1]);
             break;
         case CGPathElement::CurveTo:
             cairo_curve_to(cairo, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
@@ -173,6 +207,13 @@ void CGContextAddCurveToPoint(CGContextRef context, CGFloat x1, CGFloat y1, CGFl
 {
     if (context) pathOf(context).curveTo({x1, y1}, {x2, y2}, {x, y});
 }
+
+void CGContextAddQuadCurveToPoint(CGContextRef context, CGFloat x1, CGFloat y1, CGFloat x, CGFloat y)
+{
+    if (context) pathOf(context).quadCurveTo({x1, y1}, {x, y});
+}
+
+CGPathElements CGContextCopyPath(CGContextRef context) { return context ? context->state().path : CGPathElements(); }
 
 void CGContextAddArc(CGContextRef context, CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle, CGFloat endAngle)
 {
