@@ -44,6 +44,15 @@ bool isWithinReach(cairo_t* cairo, CGPoint origin, CGFloat size)
     return std::abs(origin.x) < kFarthest && std::abs(origin.y) < kFarthest && std::hypot(right, down) < kLargest;
 }
 
+CGFloat largestFactor(const CGAffineTransform& m) { return std::max(std::hypot(m.a, m.b), std::hypot(m.c, m.d)); }
+
+/// Whether the matrix has an inverse, and letters that are no needles.
+bool isUsableForText(const CGAffineTransform& m)
+{
+    const CGFloat area = std::abs(m.a * m.d - m.b * m.c), largest = largestFactor(m);
+    return area > 1e-6 && largest < 1e4 && area > 1e-3 * largest * largest;
+}
+
 } // namespace
 
 CTLine::CTLine(std::unique_ptr<const Contents> contents) : mContents(std::move(contents)) {}
@@ -60,11 +69,12 @@ CTLineBounds CTBoundsOf(PangoLayoutLine* line)
 RetainPtr<CTLine> CTLineCreate(std::u16string_view text, CTFontRef font)
 {
     if (!font) return nullptr;
-    CTShapedText shaped(shapeable(text, font));
+    const std::u16string_view units = shapeable(text, font);
+    CTShapedText shaped(units);
     PangoText layout = CTLayoutOf(font->contents().description.get(), shaped.utf8);
     PangoLayoutLine* line = pango_layout_get_line_readonly(layout.get(), 0);
     return RetainPtr<CTLine>::adopt(new CTLine(std::make_unique<CTLine::Contents>(
-        CTLine::Contents{CTFontGetSize(font), std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
+        CTLine::Contents{font, std::u16string(units), std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
 }
 
 CTLineBounds CTLineGetTypographicBounds(CTLineRef line) { return line ? line->contents().bounds : CTLineBounds{}; }
@@ -73,10 +83,37 @@ void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef
 {
     if (!line) return;
     CGContextDrawInColor(context, color, [&](cairo_t* cairo) {
-        if (!isWithinReach(cairo, origin, line->contents().size)) return;
+        if (!isWithinReach(cairo, origin, line->contents().size())) return;
         cairo_move_to(cairo, origin.x, origin.y);
         pango_cairo_show_layout_line(cairo, line->contents().line);
     });
+}
+
+void CTLineDraw(CTLineRef line, CGContextRef context, CGColorRef color)
+{
+    if (!line) return;
+    const CGAffineTransform m = CGContextGetTextMatrix(context);
+    if (!isUsableForText(m)) return;
+    CGContextDrawInColor(context, color, [&](cairo_t* cairo) {
+        if (!isWithinReach(cairo, {m.tx, m.ty}, line->contents().size() * largestFactor(m))) return;
+        const cairo_matrix_t upright{m.a, m.b, -m.c, -m.d, m.tx, m.ty}; // the library below draws y-down letters
+        cairo_transform(cairo, &upright);
+        cairo_move_to(cairo, 0, 0);
+        pango_cairo_show_layout_line(cairo, line->contents().line);
+    });
+}
+
+CGRect CTLineGetImageBounds(CTLineRef line, CGContextRef context)
+{
+    if (!line) return {};
+    PangoRectangle ink;
+    pango_layout_line_get_extents(line->contents().line, &ink, nullptr);
+    const CGFloat x = CTUnitsFromPango(ink.x), width = CTUnitsFromPango(ink.width);
+    const CGFloat height = CTUnitsFromPango(ink.height), bottom = -CTUnitsFromPango(ink.y) - height; // letters are y-up
+    const CGAffineTransform m = CGContextGetTextMatrix(context);
+    return {{m.tx + std::min(m.a * x, m.a * (x + width)) + std::min(m.c * bottom, m.c * (bottom + height)),
+             m.ty + std::min(m.b * x, m.b * (x + width)) + std::min(m.d * bottom, m.d * (bottom + height))},
+            {std::abs(m.a) * width + std::abs(m.c) * height, std::abs(m.b) * width + std::abs(m.d) * height}};
 }
 
 CGFloat CTLineGetOffsetForStringIndex(CTLineRef line, std::size_t index)

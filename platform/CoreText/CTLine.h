@@ -40,6 +40,13 @@ CTLineBounds CTLineGetTypographicBounds(CTLineRef line);
 /// Draws with the baseline starting at `origin`; nothing where a letter would be over 32768 pixels.
 void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef color);
 
+/// Draws from the context's text position on, through its text matrix. Nothing for a matrix that flattens letters to
+/// less than a thousandth of their length.
+void CTLineDraw(CTLineRef line, CGContextRef context, CGColorRef color);
+/// The inked area, in user space, of that drawing; for a null context, at (0, 0) with y up: {(0.79, -0.17), (5.99,
+/// 9.11)} or so for "0" in "Lucida Grande" at 12. No extent where there is no ink.
+CGRect CTLineGetImageBounds(CTLineRef line, CGContextRef context);
+
 /// The x of the caret before the UTF-16 unit `index`, from the line's start; the end for an index past the text.
 CGFloat CTLineGetOffsetForStringIndex(CTLineRef line, std::size_t index);
 /// The caret position (UTF-16 index) nearest to `x`.
@@ -60,6 +67,12 @@ struct CTLineWord {
 };
 std::vector<CTLineWord> CTLineGetWords(CTLineRef line);
 
+enum CTLineTruncationType { kCTLineTruncationEnd = 1, kCTLineTruncationMiddle = 2 };
+/// The line itself where it is at most `width` wide, else the longest line of its first characters (and its last ones,
+/// for the middle) with the text of `token` where something was cut. A null token stands for no text. Null where not
+/// even the token fits.
+RetainPtr<const CTLine> CTLineCreateTruncatedLine(CTLineRef line, CGFloat width, CTLineTruncationType type,
+                                                  CTLineRef token);
 /// The longest beginning of `text` that, with an ellipsis behind it, is at most `width` wide; `text` itself where it
 /// fits, nothing where not even the ellipsis does.
 std::u16string CTTruncatedEnd(std::u16string_view text, CTFontRef font, CGFloat width);

@@ -34,11 +34,14 @@ struct CTShapedText {
 };
 
 struct CTLine::Contents {
-    CGFloat size; ///< of the font
+    RetainPtr<const CTFont> font;
+    std::u16string units; ///< what was shaped
     CTShapedText text;
     PangoText layout;
     PangoLayoutLine* line; ///< belongs to `layout`
     CTLineBounds bounds;
+
+    CGFloat size() const { return font->contents().size; }
 };
 
 /// The face that a font name stands for.
