@@ -1,10 +1,20 @@
 #include "BundleOnDisk.h"
-#include "RefusedMemory.h"
 #include "ZeResources.h"
 #include "ZeResources.mac.h"
 #include "ZeUIBitmap.h"
 
 #include <gmock/gmock.h>
+#include <new>
+
+namespace {
+bool refusesMemory = false;
+}
+
+/// Memory that a caller can do without.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return refusesMemory ? nullptr : ::operator new(size);
+}
 
 namespace {
 
@@ -127,10 +137,8 @@ TEST_F(ZeResourcesTest, SaysWhatIsMissing)
         const ZeResult texts = resources.GetResString(id, text, true), images = resources.GetResImage(id, &image);
         EXPECT_EQ(image, nullptr);
         EXPECT_EQ(resources.GetResImage(id, nullptr), images);
-        return std::to_string(texts) + " " + std::to_string(images) +
-               (text == L"old" ? " kept"
-                : text.empty() ? " empty"
-                               : "");
+        const char* const left = text == L"old" ? " kept" : text.empty() ? " empty" : "";
+        return std::to_string(texts) + " " + std::to_string(images) + left;
     };
     EXPECT_EQ(code(L"id"), "87 87 kept"); // before Init
     EXPECT_EQ(resources.Init(L"org.tonaro.none", nullptr), kZeBundleNotFound);
@@ -152,12 +160,11 @@ TEST_F(ZeResourcesTest, WithoutMemoryThereIsNoLoader)
 {
     ZeResourcesMac loader;
     ZeResCacheMac cache;
-    {
-        const RefusedMemory refused;
-        EXPECT_EQ(resources.Init(nullptr), kZeOutOfMemory);
-        EXPECT_EQ(loader.Init(nullptr, nullptr), kZeOutOfMemory);
-        EXPECT_EQ(loader.Init(&cache), kZeSuccess); // needs none of its own
-    }
+    refusesMemory = true;
+    EXPECT_EQ(resources.Init(nullptr), kZeOutOfMemory);
+    EXPECT_EQ(loader.Init(nullptr, nullptr), kZeOutOfMemory);
+    EXPECT_EQ(loader.Init(&cache), kZeSuccess); // needs none of its own
+    refusesMemory = false;
     EXPECT_EQ(textOf(resources, L"id"), L"error 87");
 }
 
@@ -191,59 +198,42 @@ TEST_F(ZeResourcesTest, ImagesAreLoadedOnceInTheUsersLanguage)
         EXPECT_EQ(image, again);
         NSBundle::setPreferredLanguages({"de"});
     }
-    tagSIZE size{};
-    EXPECT_EQ(resources.GetImageSize(nullptr, &size), kZeInvalidParameter);
-    void* image = nullptr;
-    resources.GetResImage(L"flag.png", &image);
-    EXPECT_EQ(resources.GetImageSize(image, nullptr), kZeInvalidParameter);
 }
 
 TEST_F(ZeResourcesTest, LoadersShareACacheThatOutlivesThem)
 {
-    host.writePNG("tick.png", 7, 6);
     const BundleOnDisk other("org.tonaro.other");
     NSBundle::registerBundle(other.bundle);
     other.write("ZeShared.strings", "a = other;");
     host.write("ZeShared.strings", "a = host;");
+    host.writePNG("tick.png", 7, 6);
     ZeResCache cache;
-    ZeResources second;
-    ASSERT_EQ(resources.Init(&cache), kZeSuccess);
-    ASSERT_EQ(second.Init(L"org.tonaro.other", &cache), kZeSuccess);
-    void *image = nullptr, *again = nullptr;
-    resources.GetResImage(L"tick.png", &image);
-    EXPECT_EQ(second.GetResImage(L"tick.png", &again), kZeSuccess); // which its own bundle lacks
-    EXPECT_EQ(image, again);
-    EXPECT_EQ(textOf(second, L"a"), L"other");
-    resources.Reset();
-    second.Reset();
-    EXPECT_STREQ(static_cast<wchar_t*>(cache.GetResourceFromCache(L"a", eResCacheString, nullptr)), L"other");
+    {
+        ZeResources second;
+        ASSERT_EQ(resources.Init(&cache), kZeSuccess);
+        ASSERT_EQ(second.Init(L"org.tonaro.other", &cache), kZeSuccess);
+        EXPECT_EQ(resources.GetResImage(L"tick.png", nullptr), kZeSuccess);
+        EXPECT_EQ(second.GetResImage(L"tick.png", nullptr), kZeSuccess); // which its own bundle lacks
+        EXPECT_EQ(textOf(second, L"a"), L"other");
+        EXPECT_EQ(textOf(resources, L"a"), L"other");
+    }
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess); // with a cache of its own from here on
+    EXPECT_EQ(textOf(resources, L"a"), L"host");
     int size = 0;
-    EXPECT_EQ(cache.GetResourceFromCache(L"tick.png", eResCacheBitmap, &size), image);
+    EXPECT_NE(cache.GetResourceFromCache(L"tick.png", eResCacheBitmap, &size), nullptr);
     EXPECT_EQ(size, -1);
-    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
-    EXPECT_EQ(textOf(resources, L"a"), L"host"); // a cache of its own
 }
 
 TEST_F(ZeResourcesTest, ABundleThatEndedIsNoBundle)
 {
-    const wchar_t* const name = L"org.tonaro.replaced";
-    host.writePNG("tick.png", 7, 6);
-    void* image = nullptr;
-    {
-        BundleOnDisk first("org.tonaro.replaced"), second("org.tonaro.replaced");
-        first.writePNG("tick.png", 7, 6);
-        NSBundle::registerBundle(first.bundle);
-        ASSERT_EQ(resources.Init(name, nullptr), kZeSuccess);
-        ASSERT_EQ(resources.GetResImage(L"tick.png", &image), kZeSuccess);
-        first.bundle = nullptr;
-        EXPECT_EQ(textOf(resources, L"id"), L"id"); // the registry keeps it
-        NSBundle::registerBundle(second.bundle);
-    }
+    BundleOnDisk first("org.tonaro.replaced"), second("org.tonaro.replaced");
+    NSBundle::registerBundle(first.bundle);
+    first.bundle = nullptr;
+    ASSERT_EQ(resources.Init(L"org.tonaro.replaced", nullptr), kZeSuccess);
+    EXPECT_EQ(textOf(resources, L"id"), L"id");
+    NSBundle::registerBundle(second.bundle);
     EXPECT_EQ(textOf(resources, L"id"), L"error 87");
     EXPECT_EQ(resources.GetResImage(L"tick.png", nullptr), kZeInvalidParameter);
-    tagSIZE size{};
-    EXPECT_EQ(resources.GetImageSize(image, &size), kZeSuccess); // already in hand
-    EXPECT_EQ(size.width, 7);
 }
 
 TEST_F(ZeResourcesTest, SingleBitmapsAreLoadedByNameTypeAndFolder)
@@ -264,8 +254,6 @@ TEST_F(ZeResourcesTest, SingleBitmapsAreLoadedByNameTypeAndFolder)
                                                          text(row.folder).get());
         EXPECT_EQ(bitmap ? bitmap->GetWidth() : 0, row.width) << row.name << " " << row.type << " " << row.folder;
     }
-    EXPECT_FALSE(ZeResourceBitmap::LoadBitmap(nullptr, "tick.png"_ns.get(), nullptr, nullptr));
-    EXPECT_FALSE(ZeResourceBitmap::LoadBitmap(host.bundle, ""_ns.get(), nullptr, nullptr));
 }
 
 } // namespace
