@@ -28,7 +28,9 @@ struct MeasuresStop {
     const wchar_t* first; // the first character that is no blank
 };
 
-MeasuresStop ReadMeasures(std::wstring_view text, _measureval* m, wchar_t decimal, wchar_t group)
+// Always inline: its two callers alone would make it a call, a tenth of the time of reading.
+[[gnu::always_inline]] inline MeasuresStop ReadMeasures(std::wstring_view text, _measureval* m, wchar_t decimal,
+                                                        wchar_t group)
 {
     const wchar_t* const end = text.data() + text.size();
     const wchar_t* const first = SkipBlanks(text.data(), end);
@@ -43,8 +45,11 @@ MeasuresStop ReadMeasures(std::wstring_view text, _measureval* m, wchar_t decima
     // Choice: beats past 79 characters are refused as a position and 0 here. Test: AsciiToMeasures.ReadsFields
     if (rest.size() > kMostCharacters) return {true, {at + 1 + kMostCharacters, PosFmtReason::TextTooLong}, first};
     const Number number = ReadNumber(rest, decimal, group);
-    const bool isWhole = number.stop.reason == PosFmtReason::None;
-    m->beats = isWhole ? QuarterBeats(number.value) : number.value;
+    if (number.stop.reason == PosFmtReason::None) {
+        m->beats = QuarterBeats(number.value);
+        return {true, {number.stop.at, PosFmtReason::None}, first};
+    }
+    m->beats = number.value;
     return {true, number.stop, first};
 }
 
@@ -111,12 +116,12 @@ PosFmtReading MusicTime_Read(const ZeString& text, const ZePosFmt& fmt, const Ze
     m.tempo = fmt.dTempo;
     const MeasuresStop read = ReadMeasures(text, &m, FirstOf(decimalSep), FirstOf(thousandSep));
     const bool isLength = flags & kPosFmtLength;
+    const bool accepted = read.accepted && read.stop.reason != PosFmtReason::TextTooLong;
+    if (accepted && !isLength && m.measures == 0) return ReadingOf(text, {read.first, PosFmtReason::MeasureZero}, 0);
 
     PosFmtReading reading =
         ReadingOf(text, read.stop, isLength ? MeasuresToPosition(fmt.dwSampleRate, &m) : PositionOfText(fmt, m));
-    reading.accepted = read.accepted && read.stop.reason != PosFmtReason::TextTooLong;
-    if (reading.accepted && !isLength && m.measures == 0)
-        return ReadingOf(text, {read.first, PosFmtReason::MeasureZero}, 0);
+    reading.accepted = accepted;
     return reading;
 }
 

@@ -112,11 +112,9 @@ Number ReadNumber(std::wstring_view text, const wchar_t* fraction, wchar_t decim
     return {value, {at, at == end ? PosFmtReason::None : PosFmtReason::UnexpectedCharacter}};
 }
 
-Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
+/// Any text, the long way. A call of its own, so that the short way needs no registers saved.
+[[gnu::noinline]] static Number ReadOddNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
 {
-    double value = 0;
-    if (ReadWrittenNumber(text, decimal, group, value))
-        return {value + kFractionGuard, {text.data() + text.size(), PosFmtReason::None}};
     text = Seen(text);
     const std::wstring_view number = Trimmed(text);
     const wchar_t* const end = text.data() + text.size();
@@ -124,6 +122,14 @@ Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
     Number read = ReadNumber(number, FindFraction(number, decimal), decimal, group);
     if (read.stop.reason == PosFmtReason::None) read.stop.at = end;
     return read;
+}
+
+Number ReadNumber(std::wstring_view text, wchar_t decimal, wchar_t group)
+{
+    double value = 0;
+    if (ReadWrittenNumber(text, decimal, group, value))
+        return {value + kFractionGuard, {text.data() + text.size(), PosFmtReason::None}};
+    return ReadOddNumber(text, decimal, group);
 }
 
 } // namespace PosFmtInner
