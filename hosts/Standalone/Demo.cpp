@@ -69,8 +69,7 @@ void runDemo(const Options& options)
     Options traced = options;
     traced.trace = true;
     OffscreenEditor offscreen(traced);
-    std::printf(
-        "No display: the editor is drawn in memory.\nDragging its start frequency; this reaches the generator:\n");
+    std::printf("The editor is drawn in memory.\nDragging its start frequency; this reaches the generator:\n");
     const auto* slider = asKind<NSSlider>(findSlider(offscreen.editor(), "startFrequencySliderChanged:"));
     if (!slider) throw InputError{"the editor has no slider for the start frequency"};
     drag(offscreen.window(), *slider, HzFromMel(slider->doubleValue()), 2 * HzFromMel(slider->doubleValue()));

@@ -44,6 +44,13 @@ void chooseMode(Options& options, Options::Mode mode)
     options.mode = mode;
 }
 
+void chooseFile(Options& options, Options::Mode mode, const char* option)
+{
+    chooseMode(options, mode);
+    options.file = optarg;
+    if (options.file.empty()) throw UsageError{std::string(option) + ": the name of a file is missing"};
+}
+
 void take(Options& options, int key)
 {
     switch (key) {
@@ -51,12 +58,10 @@ void take(Options& options, int key)
         options.settings.push_back(parseSetting(optarg));
         break;
     case kScreenshot:
-        chooseMode(options, Options::Mode::screenshot);
-        options.file = optarg;
+        chooseFile(options, Options::Mode::screenshot, "--screenshot");
         break;
     case kDemo:
-        chooseMode(options, Options::Mode::demo);
-        options.file = optarg;
+        chooseFile(options, Options::Mode::demo, "--demo");
         break;
     case kScale:
         options.scale = parseNumber<double>("--scale", optarg, 1, kLargestScale);

@@ -22,8 +22,12 @@ template <typename Number> Number numberOf(const Setting& setting)
     const std::string& text = setting.second;
     Number value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size())
-        throw UsageError{shown(setting) + ": “" + text + "” is not a number"};
+    const bool isWhole = end == text.data() + text.size();
+    if (error == std::errc::result_out_of_range && isWhole)
+        throw InputError{shown(setting) + ": no number that large or small can be held"};
+    if (error != std::errc{} || !isWhole)
+        throw UsageError{shown(setting) + ": “" + text + "” is " +
+                         (setting.first == kWaveform ? "no waveform and " : "") + "not a number"};
     return value;
 }
 

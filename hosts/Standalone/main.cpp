@@ -73,6 +73,7 @@ int run(int argc, char** argv)
     registerBundles();
     const int status = runMode(options);
     NSApplication::sharedApplication()->setDisplay(nullptr);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) throw InputError{"standard output can't be written"};
     return status;
 }
 
