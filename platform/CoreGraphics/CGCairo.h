@@ -47,6 +47,7 @@ struct CGImage::Contents {
     const std::uint8_t* firstPixel;     ///< of `provider`
     RetainPtr<CGDataProvider> provider; ///< shared by the pictures that were cut out of this one
     CairoSurface surface;               ///< over the provider's bytes; only ever read
+    std::uint64_t serialNumber;
 };
 
 struct CGColor::Contents {

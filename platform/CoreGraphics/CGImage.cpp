@@ -13,7 +13,8 @@ RetainPtr<CGImage> imageOf(std::size_t width, std::size_t height, std::size_t by
                                                              static_cast<int>(bytesPerRow)));
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
     auto contents = std::make_unique<CGImage::Contents>();
-    *contents = {width, height, bytesPerRow, firstPixel, std::move(provider), std::move(surface)};
+    static std::uint64_t lastSerialNumber = 0;
+    *contents = {width, height, bytesPerRow, firstPixel, std::move(provider), std::move(surface), ++lastSerialNumber};
     return RetainPtr<CGImage>::adopt(new CGImage(std::move(contents)));
 }
 
@@ -57,6 +58,8 @@ std::size_t CGImageGetWidth(CGImageRef image) { return image ? image->contents()
 std::size_t CGImageGetHeight(CGImageRef image) { return image ? image->contents().height : 0; }
 
 std::size_t CGImageGetBytesPerRow(CGImageRef image) { return image ? image->contents().bytesPerRow : 0; }
+
+std::uint64_t CGImageGetSerialNumber(CGImageRef image) { return image ? image->contents().serialNumber : 0; }
 
 std::span<const std::uint8_t> CGImageGetPixels(CGImageRef image)
 {

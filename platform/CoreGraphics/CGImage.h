@@ -47,6 +47,8 @@ bool CGImageWritePNGFile(CGImageRef image, const std::string& path);
 std::size_t CGImageGetWidth(CGImageRef image);
 std::size_t CGImageGetHeight(CGImageRef image);
 std::size_t CGImageGetBytesPerRow(CGImageRef image); ///< 4 * width; more where the picture was cut out of a wider one
+/// Tells pictures apart, even from those that have ended: no two in a process have the same. 0 for null.
+std::uint64_t CGImageGetSerialNumber(CGImageRef image);
 /// From the first pixel to the last, the top row first.
 std::span<const std::uint8_t> CGImageGetPixels(CGImageRef image);
 /// For an image that a call hands over by contract; `RetainPtr` is the better way to hold one. Null is allowed.

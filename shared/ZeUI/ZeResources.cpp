@@ -75,3 +75,8 @@ ZeResult ZeResources::GetImageSize(void* image, tagSIZE* size)
 {
     return impl ? impl->GetImageSize(image, size) : kZeInvalidParameter;
 }
+
+ZeResult ZeResources::GetGlyph(void* image, int index, int count, void** glyph, void** hiliteGlyph)
+{
+    return impl ? impl->GetGlyph(image, index, count, glyph, hiliteGlyph) : kZeInvalidParameter;
+}

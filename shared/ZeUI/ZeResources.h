@@ -63,6 +63,8 @@ public:
     virtual ZeResult GetResImage(const wchar_t* name, void** image);
     /// Width and height of such an image, in pixels.
     virtual ZeResult GetImageSize(void* image, tagSIZE* size);
+    /// One cell of a strip. See ZeResourcesMac::GetGlyph.
+    virtual ZeResult GetGlyph(void* image, int index, int count, void** glyph, void** hiliteGlyph);
 
 private:
     std::unique_ptr<ZeResourcesMac> impl; ///< null before Init and after Reset

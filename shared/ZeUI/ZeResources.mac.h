@@ -66,6 +66,15 @@ public:
     /// The image of that file name, from the cache or else loaded; null on failure. `image` may be null.
     virtual ZeResult GetResImage(const wchar_t* name, void** image);
 
+    /// Cell `index`, from 0 at the left, of a strip of `count` cells of the same width; a count below 1 stands for
+    /// square cells. The width must be a multiple of the cell's (100 in 3 cells of 33 is none). Needs a cache, no
+    /// bundle.
+    ///
+    /// @param glyph        receives a CGImageRef, the cache's
+    /// @param hiliteGlyph  may be null; receives one of the cell scaled into a blue frame on white
+    /// @return 0, kZeInvalidParameter, or kZeGlyphNotMade (where only the second failed, the first stays)
+    virtual ZeResult GetGlyph(void* image, int index, int count, void** glyph, void** hiliteGlyph);
+
     /// Loads a text into the cache: from the table "ZeCustomPlist", where that has none (or the id itself) from
     /// "ZeShared", and else it is the id. On failure `text` is empty.
     virtual ZeResult LoadResString(const wchar_t* id, ZeString& text);
@@ -74,6 +83,9 @@ public:
     ZeResult LoadResImage(const wchar_t* name, void** image) override;
 
 private:
+    void* PlainGlyph(const ZeString& name, const ZeBitmap& strip, int index, int cellWidth);
+    void* HiliteGlyph(const ZeString& name, CGImageRef cell, int index);
+
     CFBundleRef Bundle() const { return module ? mBundle.get() : nullptr; }
 
     WeakPtr<NSBundle> mBundle; // another bundle of its identifier may take its place and end it
