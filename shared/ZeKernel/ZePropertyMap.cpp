@@ -2,8 +2,6 @@
 
 #include <boost/lexical_cast.hpp>
 
-ZeProperty::content::~content() = default;
-
 template <ZePropertyValue T> std::wstring ZeProperty::content_impl<T>::to_string() const
 {
     return boost::lexical_cast<std::wstring>(value);

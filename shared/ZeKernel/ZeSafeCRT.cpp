@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include <langinfo.h>
-
 namespace {
 
 constexpr rlim_t kOpenFiles = 7168;
@@ -36,19 +34,11 @@ void AppendWithWideCharacters(std::pmr::wstring& out, std::wstring_view format)
     }
 }
 
-/// Compares in place: every print asks.
-bool IsUTF8(const char* codeset)
-{
-    for (const char c : {'U', 'T', 'F', '-', '8', '\0'})
-        if (*codeset++ != c) return false;
-    return true;
-}
-
 } // namespace
 
 void ZeCRT::setCharacterLocale()
 {
-    if (IsUTF8(nl_langinfo(CODESET))) return;
+    if (isCharacterLocaleUTF8()) return;
     if (!std::setlocale(LC_CTYPE, "UTF-8")) std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 

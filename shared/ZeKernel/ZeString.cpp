@@ -105,8 +105,10 @@ bool PrintPlain(ZeString& out, const wchar_t* format, va_list args)
             return false;
         }
     }
-    ZeCRT::setCharacterLocale();
-    out.assign(buffer, static_cast<std::size_t>(to - buffer));
+    if (!ZeCRT::isCharacterLocaleUTF8()) ZeCRT::setCharacterLocale();
+    const auto size = static_cast<std::size_t>(to - buffer);
+    if (out.size() != size) out.resize(size); // by far faster than assigning, which looks for overlaps
+    std::copy(buffer, to, out.data());
     return true;
 }
 

@@ -30,8 +30,8 @@ template <typename Ch> _ZeString<Ch>::operator NSString*() const requires std::s
     return NSAutorelease(make<NSString>(&NSString::initWithCharacters, units.data(), length));
 }
 
-template ZeString::_ZeString(const NSString*);
-template ZeString::operator NSString*() const;
+template _ZeString<wchar_t>::_ZeString(const NSString*);
+template _ZeString<wchar_t>::operator NSString*() const;
 
 void zeassign(std::basic_string<wchar_t>& target, CFStringRef source)
 {

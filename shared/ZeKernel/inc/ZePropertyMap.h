@@ -27,7 +27,7 @@ public:
     /// The holder of one value.
     class content {
     public:
-        virtual ~content();
+        virtual ~content() = default;
         virtual const std::type_info& type() const = 0;
         virtual bool is_arithmetic() const = 0;
         /// Decimal digits, grouped where the global locale groups; a float with 17 significant digits: 44100.0 gives

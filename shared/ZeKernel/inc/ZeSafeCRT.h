@@ -14,9 +14,18 @@
 #include <cstddef>
 #include <cwchar>
 
+#include <langinfo.h>
 #include <sys/resource.h>
 
 namespace ZeCRT {
+
+/// Whether the locale in force writes characters as UTF-8. Compares in place, since every print asks.
+inline bool isCharacterLocaleUTF8()
+{
+    const char* const codeset = nl_langinfo(CODESET);
+    return codeset[0] == 'U' && codeset[1] == 'T' && codeset[2] == 'F' && codeset[3] == '-' && codeset[4] == '8' &&
+           codeset[5] == '\0';
+}
 
 /// Makes the character locale UTF-8 for the whole process, "C.UTF-8" where none is named "UTF-8". Does nothing where
 /// the locale in force is UTF-8 already, so that a host's own choice of language stays.
