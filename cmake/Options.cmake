@@ -3,6 +3,8 @@ option(TONARO_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(TONARO_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 option(TONARO_PCH "Use a precompiled header of the standard library" ON)
 option(TONARO_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(TONARO_BENCHMARKS "Build the benchmarks" OFF)
+option(TONARO_FUZZ "Build the fuzz targets; needs clang" OFF)
 
 # Everything that targets of this tree share; private to them, so that a program that takes the tree in is left alone.
 add_library(tonaro_options INTERFACE)
@@ -18,6 +20,9 @@ if(TONARO_SANITIZE)
   target_compile_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow
     -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
+endif()
+if(TONARO_FUZZ)
+  target_compile_options(tonaro_options INTERFACE -fsanitize=fuzzer-no-link) # what is tried tells which ways it took
 endif()
 
 find_program(TONARO_CCACHE ccache)

@@ -1,0 +1,22 @@
+#include "FuzzInput.h"
+
+#include "Foundation/NSString.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+std::string_view FuzzInput::line()
+{
+    const std::size_t end = mRest.find('\n');
+    const std::string_view line = mRest.substr(0, end);
+    mRest.remove_prefix(end == mRest.npos ? mRest.size() : end + 1);
+    return line;
+}
+
+ZeString FuzzText(std::string_view bytes) { return ZeString(NSString::string(bytes).get()); }
+
+void FuzzFailed(const char* expectation)
+{
+    std::fprintf(stderr, "expected: %s\n", expectation);
+    std::abort();
+}
