@@ -236,6 +236,104 @@ TEST(CTLine, TruncatedTextIsTheLongestThatFits)
     }
 }
 
+TEST(CTLine, CutsAtTheEndOrInTheMiddle)
+{
+    const auto font = fontOf("Monaco", 10); // every letter has the same width
+    const CGFloat letter = widthOf(u"0", font);
+    static const struct {
+        const char* why;
+        CTLineTruncationType type;
+        CGFloat letters;
+        const char16_t *token, *text; // null text: no line
+    } kRows[] = {
+        {"fits", kCTLineTruncationMiddle, 8.1, u"\u2026", u"abcdefgh"},
+        {"end, with a mark", kCTLineTruncationEnd, 5.5, u"\u2026", u"abcd\u2026"},
+        {"end, without", kCTLineTruncationEnd, 5.5, nullptr, u"abcde"},
+        {"middle, odd", kCTLineTruncationMiddle, 6.5, u"\u2026", u"abc\u2026gh"},
+        {"middle, even", kCTLineTruncationMiddle, 5.5, u"--", u"ab--h"},
+        {"only the mark fits", kCTLineTruncationMiddle, 1.5, u"\u2026", u"\u2026"},
+        {"not even the mark", kCTLineTruncationEnd, 0.5, u"\u2026", nullptr},
+        {"nothing fits", kCTLineTruncationEnd, 0.5, nullptr, u""},
+    };
+    const auto line = CTLineCreate(u"abcdefgh", font);
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        const auto token = row.token ? CTLineCreate(row.token, font) : nullptr;
+        const auto cut = CTLineCreateTruncatedLine(line, row.letters * letter, row.type, token);
+        ASSERT_EQ(bool(cut), row.text != nullptr);
+        if (!cut) continue;
+        const auto expected = CTLineCreate(row.text, font);
+        EXPECT_DOUBLE_EQ(CTLineGetTypographicBounds(cut).width, CTLineGetTypographicBounds(expected).width);
+        const auto a = CGBitmapContextCreate(64, 16), b = CGBitmapContextCreate(64, 16);
+        const auto black = CGColorCreateRGBA(0, 0, 0, 1);
+        CTLineDraw(cut, a, {1, 12}, black);
+        CTLineDraw(expected, b, {1, 12}, black);
+        EXPECT_TRUE(std::ranges::equal(CGBitmapContextGetPixels(a), CGBitmapContextGetPixels(b)));
+    }
+    EXPECT_FALSE(CTLineCreateTruncatedLine(nullptr, 10, kCTLineTruncationEnd, nullptr));
+}
+
+TEST(CTLine, TheTextMatrixTurnsLettersAndTheirBounds)
+{
+    const auto line = lineOf(u"L", 40);
+    const auto black = CGColorCreateRGBA(0, 0, 0, 1);
+    static const struct {
+        const char* why;
+        CGAffineTransform matrix;
+        Ink box;        // hand-read from the outline: stem at 0.098 of the size, 0.729 high, foot to 0.553
+        bool footFirst; // the row of the foot is at the top
+    } kRows[] = {
+        {"upright", {1, 0, 0, -1, 0, 0}, {0, 23, 20, 42, 50}, false},
+        {"mirrored", {1, 0, 0, 1, 0, 0}, {0, 23, 50, 42, 80}, true},
+        {"half as high", {1, 0, 0, -0.5, 0, 0}, {0, 23, 35, 42, 50}, false},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        const auto context = CGBitmapContextCreate(100, 100);
+        CGContextSetTextMatrix(context, row.matrix);
+        CGContextSetTextPosition(context, 20, 50);
+        CTLineDraw(line, context, black);
+        const Ink ink = inkOf(context);
+        const CGRect bounds = CTLineGetImageBounds(line, context);
+        EXPECT_NEAR(double(ink.left), double(row.box.left), 1);
+        EXPECT_NEAR(double(ink.right), double(row.box.right), 1);
+        EXPECT_NEAR(double(ink.top), double(row.box.top), 1);
+        EXPECT_NEAR(double(ink.bottom), double(row.box.bottom), 1);
+        EXPECT_EQ(double(ink.left), std::floor(bounds.origin.x));
+        EXPECT_EQ(double(ink.top), std::floor(bounds.origin.y));
+        EXPECT_EQ(double(ink.right), std::ceil(CGRectGetMaxX(bounds)));
+        EXPECT_EQ(double(ink.bottom), std::ceil(CGRectGetMaxY(bounds)));
+        const std::size_t foot = row.footFirst ? ink.top : ink.bottom - 1;
+        EXPECT_EQ(CGBitmapContextGetPixels(context)[4 * (100 * foot + 38) + 3], 255);
+    }
+    const CGRect alone = CTLineGetImageBounds(lineOf(u"0").get(), nullptr);
+    EXPECT_NEAR(alone.origin.x, 0.79, 0.01);
+    EXPECT_NEAR(alone.origin.y, -0.17, 0.01);
+    EXPECT_NEAR(alone.size.width, 6.05, 0.01);
+    EXPECT_NEAR(alone.size.height, 9.08, 0.01);
+    EXPECT_EQ(CTLineGetImageBounds(lineOf(u" ").get(), nullptr).size, CGSize());
+    EXPECT_EQ(CTLineGetImageBounds(nullptr, nullptr), CGRect());
+}
+
+TEST(CTLine, SurvivesAnyTextMatrix)
+{
+    const auto context = CGBitmapContextCreate(32, 32);
+    const auto black = CGColorCreateRGBA(0, 0, 0, 1);
+    const auto line = lineOf(u"Hz");
+    static constexpr double kStrange[] = {0, 1e-300, 1e-9, 1e300, -1e5, 3e9, 1, -1};
+    for (const double v : kStrange)
+        for (const double w : kStrange)
+            for (const auto& m : {CGAffineTransform{v, 0, 0, w, 1, 1}, CGAffineTransform{v, w, w, v, 1, 1},
+                                  CGAffineTransform{1, v, w, 1, 1, 1}, CGAffineTransform{1, 0, 0, -1, v, w}}) {
+                CGContextSetTextMatrix(context, m);
+                CTLineDraw(line, context, black);
+            }
+    CGContextClearRect(context, CGRectMake(0, 0, 32, 32));
+    CGContextSetTextMatrix(context, {1, 0, 0, -1, 4, 20});
+    CTLineDraw(line, context, black);
+    EXPECT_GT(inkOf(context).sum, 10);
+}
+
 TEST(CTLine, DrawsUprightOnTheBaseline)
 {
     const Ink h = inkOf(drawn(u"H", 40, 1, 10, 50).get()); // capitals are 0.729 of the size high
