@@ -68,6 +68,16 @@ std::u16string_view Trimmed(std::u16string_view text)
     return text;
 }
 
+/// A '~' outside quotes. ICU prints its sign, but ends the process when it reads by such a pattern.
+bool HasApproximateSign(std::u16string_view pattern)
+{
+    bool isQuoted = false;
+    return std::any_of(pattern.begin(), pattern.end(), [&isQuoted](char16_t unit) {
+        if (unit == u'\'') isQuoted = !isQuoted;
+        return unit == u'~' && !isQuoted;
+    });
+}
+
 /// Digits with at most one '.', as programs write them; the locale plays no part.
 std::optional<double> PlainNumber(std::u16string_view text)
 {
@@ -198,7 +208,7 @@ void NSNumberFormatter::setLocalizesFormat(bool localizes)
 void NSNumberFormatter::setFormat(const NSString* pattern)
 {
     if (!pattern || pattern->units() == mBackend->pattern) return;
-    UErrorCode error = U_ZERO_ERROR;
+    UErrorCode error = HasApproximateSign(pattern->units()) ? U_UNSUPPORTED_ERROR : U_ZERO_ERROR;
     icu::DecimalFormat changed = mBackend->format; // a pattern that fails leaves a format half changed
     changed.applyPattern(Unicode(pattern->units()), error);
     if (U_FAILURE(error)) {

@@ -20,6 +20,45 @@ using Iterator = std::unique_ptr<void, Releaser<std::free>>;
 constexpr int kDeepest = 64;
 constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 
+/// A big-endian number of `size` bytes at `offset`; the largest there is where they aren't all there.
+std::uint64_t NumberAt(std::string_view bytes, std::uint64_t offset, std::size_t size)
+{
+    if (size > 8 || offset > bytes.size() || size > bytes.size() - offset) return UINT64_MAX;
+    std::uint64_t number = 0;
+    for (const char byte : bytes.substr(offset, size)) number = number << 8 | static_cast<unsigned char>(byte);
+    return number;
+}
+
+/// Whether the object at `offset` of a binary list is a text with a NUL.
+bool IsTextWithNul(std::string_view bytes, std::uint64_t offset)
+{
+    const std::uint64_t marker = NumberAt(bytes, offset, 1);
+    const std::size_t unit = marker >> 4 == 5 ? 1 : marker >> 4 == 6 ? 2 : 0; // bytes, or UTF-16
+    if (unit == 0 || marker > 0xFF) return false;
+    std::uint64_t count = marker & 0xF;
+    if (count == 0xF) { // a number follows, of 1, 2, 4 or 8 bytes
+        const std::size_t size = std::size_t{1} << (NumberAt(bytes, ++offset, 1) & 3);
+        count = NumberAt(bytes, offset + 1, size);
+        offset += size;
+    }
+    for (std::uint64_t at = offset + 1; count != 0 && at < bytes.size(); at += unit, --count)
+        if (NumberAt(bytes, at, unit) == 0) return true;
+    return false;
+}
+
+/// libplist ends the process when it is asked for a text or a key with a NUL, which only a binary list can have.
+bool HasTextWithNul(std::string_view bytes)
+{
+    constexpr std::size_t kTrailer = 32;
+    if (!bytes.starts_with("bplist") || bytes.size() < kTrailer) return false;
+    const std::string_view trailer = bytes.substr(bytes.size() - kTrailer);
+    const std::uint64_t offsetSize = NumberAt(trailer, 6, 1), count = NumberAt(trailer, 8, 8);
+    std::uint64_t entry = NumberAt(trailer, 24, 8);
+    for (std::uint64_t i = 0; i < count && entry < bytes.size() && offsetSize > 0; ++i, entry += offsetSize)
+        if (IsTextWithNul(bytes, NumberAt(bytes, entry, offsetSize))) return true;
+    return false;
+}
+
 RetainPtr<NSObject> ObjectOf(plist_t node, int depth);
 
 RetainPtr<NSObject> DictionaryOf(plist_t node, int depth)
@@ -87,7 +126,7 @@ RetainPtr<NSObject> ObjectOf(plist_t node, int depth)
 
 RetainPtr<NSObject> NSReadPropertyList(std::string_view bytes)
 {
-    if (bytes.size() > kLargestFile) return nullptr;
+    if (bytes.size() > kLargestFile || HasTextWithNul(bytes)) return nullptr;
     plist_t raw = nullptr;
     plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &raw);
     const Node root(raw);

@@ -1,5 +1,7 @@
 #include "Foundation/NSNumberFormatter.h"
 
+#include "Foundation/NSLog.h"
+
 #include "Foundation/NSCoder.h"
 #include "Probe.h"
 
@@ -141,6 +143,17 @@ TEST(NSNumberFormatter, RoundsHalvesToEven)
     EXPECT_EQ(Written(*formatter, 1234.25), "1234.25");
     EXPECT_EQ(formatter->stringFromNumber(NSNumber::numberWithUnsignedLongLong(UINT64_MAX).get())->utf8(),
               "18446744073709551615.00");
+}
+
+TEST(NSNumberFormatter, IgnoresPatternsThatCantBeReadBy)
+{
+    std::string log;
+    NSLogSetSink([&log](std::string_view text) { log += text; });
+    const auto formatter = Formatter("en_US", "~0.000");
+    NSLogSetSink({});
+    EXPECT_EQ(Read(*formatter, "1.5"), "1.5") << "reading by it would end the process";
+    EXPECT_NE(log.find("“~0.000” is no pattern"), std::string::npos) << log;
+    EXPECT_EQ(Written(*Formatter("en_US", "'~'0.0"), 1.5), "~1.5");
 }
 
 TEST(NSNumberFormatter, MinusInfinityHasASymbol)
