@@ -123,7 +123,7 @@ const char* PosFmtReasonText(PosFmtReason reason);
 struct PosFmtReading {
     bool accepted;       ///< false: the plain calls answer 0
     PosFmtReason reason; ///< None when all was read; accepted text may have another reason
-    std::size_t stop;    ///< index of the first character not read; the text's size when all was read
+    std::size_t stop;    ///< index of the first character not read; that of the end, or of a NUL, when all was read
     long long position;  ///< what was understood up to there, of refused text too
 };
 
