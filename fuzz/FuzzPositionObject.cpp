@@ -33,7 +33,7 @@ void read(ZePosFmt& fmt, const ZeString& text, unsigned flags)
     FuzzExpect(reading.stop <= text.size(), "reading stops inside the text");
     FuzzExpect(*PosFmtReasonText(reading.reason) || reading.reason == PosFmtReason::None, "each reason has a text");
     FuzzExpect(reading.accepted || reading.reason != PosFmtReason::None, "refused text has a reason");
-    FuzzExpect(!reading.accepted || reading.reason != PosFmtReason::None || reading.stop == text.size(),
+    FuzzExpect(!reading.accepted || reading.reason != PosFmtReason::None || text.c_str()[reading.stop] == 0,
                "text without a remark was read to its end");
     const long long offset = flags & kPosFmtLength ? 0 : fmt.ntOffset;
     FuzzExpect(fmt.numberValue(text, flags) == (reading.accepted ? reading.position : offset),
