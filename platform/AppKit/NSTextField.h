@@ -74,6 +74,9 @@ protected:
     void dealloc() override;
     /// Up or Down was pressed during an edit. @return false to move the caret to the start or the end instead
     virtual bool stepWithKey(bool up, NSEvent& event);
+    /// What stands in the editor as a value; null where it stands for none and the old value remains. Needs an edit.
+    /// @return false when it is refused, which the person is told
+    bool readText(RetainPtr<NSObject>& value);
 
 private:
     enum class Ending { byReturn, byLeaving };
@@ -84,7 +87,6 @@ private:
     void endEditing();
     void dropFocus();
     bool commit(Ending ending);
-    bool readText(RetainPtr<NSObject>& value);
     void showRefusal(const NSString* why);
     void hideRefusal();
     void redrawWithRing();

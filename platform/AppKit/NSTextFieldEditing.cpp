@@ -87,8 +87,6 @@ bool NSTextField::commit(Ending ending)
     return true;
 }
 
-/// What stands in the editor as a value; null where it stands for none and the old value remains. @return false when it
-/// is refused, which the person is told
 bool NSTextField::readText(RetainPtr<NSObject>& value)
 {
     const auto text = NSString::string(mEditor->text());
