@@ -42,7 +42,8 @@ RetainPtr<CGImage> CGImageCreateWithPNGFile(const std::string& path);
 /// where that is none.
 RetainPtr<CGImage> CGImageCreateWithImageInRect(CGImageRef image, CGRect rect);
 
-/// @return success; the file is written beside its final name first, so that no half file appears
+/// @return success; the file is written beside its final name first, so that no half file appears, and devices and
+/// pipes as they are
 bool CGImageWritePNGFile(CGImageRef image, const std::string& path);
 std::size_t CGImageGetWidth(CGImageRef image);
 std::size_t CGImageGetHeight(CGImageRef image);

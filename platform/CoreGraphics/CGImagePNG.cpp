@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -100,6 +101,21 @@ bool writePixels(CGImageRef image, std::FILE* file)
     return png_image_write_to_stdio(&png, file, 0, straight.data(), 0, nullptr) != 0 && std::fflush(file) == 0;
 }
 
+bool writeFile(CGImageRef image, const std::string& path)
+{
+    File file(std::fopen(path.c_str(), "wbe"));
+    if (!file) return false;
+    const bool written = writePixels(image, file.get());
+    return std::fclose(file.release()) == 0 && written;
+}
+
+/// What a rename would put a file in place of, rather than write to.
+bool isDeviceOrPipe(const std::string& path)
+{
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 } // namespace
 
 RetainPtr<CGImage> CGImageCreateWithPNGDataProvider(CGDataProviderRef provider)
@@ -127,12 +143,9 @@ RetainPtr<CGImage> CGImageCreateWithPNGFile(const std::string& path)
 bool CGImageWritePNGFile(CGImageRef image, const std::string& path)
 {
     if (!image) return false;
+    if (isDeviceOrPipe(path)) return writeFile(image, path);
     const std::string unfinished = path + "." + std::to_string(getpid()) + ".part";
-    File file(std::fopen(unfinished.c_str(), "wbe"));
-    if (!file) return false;
-    const bool written = writePixels(image, file.get());
-    const bool closed = std::fclose(file.release()) == 0;
-    if (written && closed && std::rename(unfinished.c_str(), path.c_str()) == 0) return true;
+    if (writeFile(image, unfinished) && std::rename(unfinished.c_str(), path.c_str()) == 0) return true;
     std::remove(unfinished.c_str());
     return false;
 }

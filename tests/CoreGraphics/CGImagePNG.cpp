@@ -135,6 +135,19 @@ TEST(CGImagePNG, RefusesSizesThatTheFileCannotHold)
     for (const auto& row : kRows) EXPECT_FALSE(imageOf(folder, bytesOf(row.file))) << row.why;
 }
 
+TEST(CGImagePNG, WritesThroughAPipeAndLeavesItThere)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const auto context = CGBitmapContextCreate(2, 2);
+    const std::string path = "/proc/self/fd/" + std::to_string(ends[1]);
+    EXPECT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(context).get(), path));
+    char signature[4] = {};
+    EXPECT_EQ(read(ends[0], signature, sizeof signature), 4);
+    EXPECT_EQ(std::string(signature + 1, 3), "PNG");
+    for (const int end : ends) close(end);
+}
+
 TEST(CGImagePNG, SaysWhenAFileCannotBeWritten)
 {
     const Folder folder;
