@@ -81,7 +81,9 @@ TEST(Zepos, ConvertsOperands)
 TEST(Zepos, NamesTheTextThatItCanNotRead)
 {
     static const struct {
-        const char *why, *arguments, *input, *out, *error;
+        const char *why, *arguments;
+        std::string input;
+        const char *out, *error;
         int status;
     } kRows[] = {
         {"lines around it come out", "--from smpte-ebu --rate 25", "0:01\n1x:2\n0:02", "1\n2\n",
@@ -98,6 +100,8 @@ TEST(Zepos, NamesTheTextThatItCanNotRead)
          "12\xFF"
          "34\n7\n",
          "7\n", "zepos: line 1: no UTF-8\n  12?34\n    ^\n", 1},
+        {"a NUL behind a character of two bytes", "--from time", std::string("\u00E9\0x\n", 5), "",
+         "zepos: line 1: unexpected character\n  \u00E9?x\n   ^\n", 1},
         {"what a terminal should not see", "", "1\x1B[2J\n", "", "zepos: line 1: unexpected character\n  1?[2J\n   ^\n",
          1},
         {"accepted, but not all of it", "--from measures --rate 48000 1:2x", "", "24000\n",
@@ -120,12 +124,13 @@ TEST(Zepos, RefusesALineThatHasNoEnd)
     EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(Zepos, SaysThatItCanNotWriteOrRead)
+TEST(Zepos, SaysWhatItCanNotDo)
 {
     static const struct {
         const char *arguments, *error;
     } kRows[] = {
         {"--to time 5 > /dev/full", "zepos: standard output: No space left on device\n"},
+        {"--ticks-for 1.7e308", "zepos: --ticks-for: this step has too many samples\n"},
         {"--to time < /", "zepos: standard input: Is a directory\n"},
     };
     for (const auto& row : kRows) {
@@ -145,6 +150,7 @@ TEST(Zepos, RefusesAWrongCommandLine)
         {"--rate 0 1", "--rate: “0” is not a whole number from 1 to 4294967295"},
         {"--rate 4294967296 1", "--rate: “4294967296”"},
         {"--frame-rate 24000/0 1", "--frame-rate: “0”"},
+        {"--frame-rate 1e300/1e-300 1", "--frame-rate: “1e300/1e-300”"},
         {"--frame-rate inf 1", "--frame-rate: “inf”"},
         {"--tempo nan 1", "--tempo: “nan”"},
         {"--time-signature 4 1", "--time-signature: “4”"},
@@ -152,6 +158,7 @@ TEST(Zepos, RefusesAWrongCommandLine)
         {"--offset 1.5 1", "--offset: “1.5”"},
         {"--to percent 1", "--percent-base"},
         {"--ticks-for 100 1", "--ticks-for takes no positions"},
+        {"--list-formats 1", "--list-formats takes no positions"},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.arguments);

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <stdexcept>
 
 namespace {
 
@@ -87,9 +89,9 @@ bool Converter::readPlainCount(std::string_view text, long long& position) const
 std::optional<Converter::Remark> Converter::read(std::string_view text, long long& position)
 {
     if (readPlainCount(text, position)) return std::nullopt;
-    if (const std::size_t nul = text.find('\0'); nul != text.npos)
-        return Remark{true, PosFmtReasonText(PosFmtReason::UnexpectedCharacter), nul};
-    if (!decode(text, mText)) return Remark{true, "no UTF-8", mText.size()};
+    const std::size_t nul = text.find('\0');
+    if (!decode(text.substr(0, nul), mText)) return Remark{true, "no UTF-8", mText.size()};
+    if (nul != text.npos) return Remark{true, PosFmtReasonText(PosFmtReason::UnexpectedCharacter), mText.size()};
     const PosFmtReading reading = mFrom.readValue(mText, mReadFlags);
     position = reading.position;
     if (reading.accepted && reading.reason == PosFmtReason::None) return std::nullopt;
@@ -121,6 +123,7 @@ std::string Converter::ticksFor(double span)
     bool coarse = false;
     unsigned stepCount = 0;
     const double step = mTo.formatTicks(span, &coarse, &stepCount);
+    if (!std::isfinite(step)) throw std::range_error("--ticks-for: this step has too many samples");
     char digits[400]; // of the largest double
     char* const end = std::to_chars(digits, std::end(digits), step, std::chars_format::fixed).ptr;
     return std::string(digits, end) + (coarse ? " coarse " : " fine ") + std::to_string(stepCount) + '\n';

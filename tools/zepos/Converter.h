@@ -24,6 +24,7 @@ public:
     std::optional<Remark> convert(std::string_view text, std::string& out);
 
     /// The tidy ruler step near `span` samples in the target's format, and its outputs: "441000 coarse 10".
+    /// Throws std::range_error where rates at the ends of a double leave no finite step.
     std::string ticksFor(double span);
 
 private:

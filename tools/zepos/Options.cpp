@@ -3,6 +3,7 @@
 #include "zepos/FormatNames.h"
 
 #include <charconv>
+#include <cmath>
 #include <getopt.h>
 #include <limits>
 
@@ -75,7 +76,9 @@ double parseFrameRate(std::string_view text)
     const std::size_t slash = text.find('/');
     const double rate = parseNumber(kOption, text.substr(0, slash), kWanted, 0.0, true);
     if (slash == std::string_view::npos) return rate;
-    return rate / parseNumber(kOption, text.substr(slash + 1), kWanted, 0.0, true);
+    const double quotient = rate / parseNumber(kOption, text.substr(slash + 1), kWanted, 0.0, true);
+    if (!(quotient > 0.0 && std::isfinite(quotient))) refuse(kOption, text, kWanted);
+    return quotient;
 }
 
 void parseTimeSignature(Options& options, std::string_view text)
@@ -155,6 +158,8 @@ void checkTogether(const Options& options)
         throw UsageError{"percent: of how many samples? Give --percent-base"};
     if (options.mode == Options::Mode::ticks && !options.operands.empty())
         throw UsageError{"--ticks-for takes no positions"};
+    if (options.mode == Options::Mode::listFormats && !options.operands.empty())
+        throw UsageError{"--list-formats takes no positions"};
 }
 
 /// Whether an argument is a negative position, which getopt would take for options.
