@@ -88,7 +88,7 @@ public:
     /// Nothing for another layout.
     void ZeDrawLine(ZeGuiDefs::Color color, int a, int b, int c, _eGCDL layout);
     void ZeDrawLine(ZeGuiDefs::Color color, double a, double b, double c, _eGCDL layout);
-    /// Inverts what is under the line between the centres of two pixels; a second time brings it back. The blend mode
+    /// Inverts what is under the line between the centres of two pixels, of those two half. The blend mode
     /// is "copy" from here on.
     void ZeDrawXorLine(int x1, int y1, int x2, int y2);
 

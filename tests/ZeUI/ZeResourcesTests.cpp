@@ -15,6 +15,10 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     return refusesMemory ? nullptr : ::operator new(size);
 }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return refusesMemory ? nullptr : ::operator new[](size);
+}
 
 namespace {
 
@@ -198,6 +202,20 @@ TEST_F(ZeResourcesTest, ImagesAreLoadedOnceInTheUsersLanguage)
         EXPECT_EQ(image, again);
         NSBundle::setPreferredLanguages({"de"});
     }
+}
+
+TEST_F(ZeResourcesTest, AHighlightThatCannotBeMadeLeavesTheCell)
+{
+    ASSERT_EQ(resources.Init(nullptr), kZeSuccess);
+    host.writePNG("strip.png", 8, 4);
+    void *strip = nullptr, *glyph = nullptr, *again = nullptr, *hilite = &strip;
+    ASSERT_EQ(resources.GetResImage(L"strip.png", &strip), kZeSuccess);
+    refusesMemory = true;
+    EXPECT_EQ(resources.GetGlyph(strip, 0, 2, &glyph, &hilite), kZeGlyphNotMade);
+    refusesMemory = false;
+    EXPECT_EQ(hilite, nullptr);
+    EXPECT_EQ(resources.GetGlyph(strip, 0, 2, &again, &hilite), kZeSuccess);
+    EXPECT_TRUE(glyph && again == glyph && hilite);
 }
 
 TEST_F(ZeResourcesTest, LoadersShareACacheThatOutlivesThem)

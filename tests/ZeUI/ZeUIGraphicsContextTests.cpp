@@ -1,0 +1,353 @@
+#include "Drawing.h"
+#include "ZeUIBitmap.h"
+
+#include <climits>
+#include <cmath>
+#include <sstream>
+
+namespace {
+
+constexpr std::pair<const char*, char> kInk[] = {{"000000ff", '#'}, {"ffffffff", 'o'}, {"00000000", '.'}};
+
+/// "M0,0 C1,1 2,4 3,3": kinds and points of the current path.
+std::string pathOf(CGContextRef context)
+{
+    std::ostringstream text;
+    for (const CGPathElement& element : CGContextCopyPath(context)) {
+        text << "MLQC"[element.kind];
+        const int count = element.kind < CGPathElement::QuadCurveTo ? 1 : element.kind;
+        for (int i = 0; i < count; ++i)
+            text << (i ? " " : "") << element.points[std::size_t(i)].x << "," << element.points[std::size_t(i)].y;
+        text << " ";
+    }
+    return text.str();
+}
+
+RetainPtr<CGImage> imageOf(const ZeGraphicsContext& drawing)
+{
+    return RetainPtr<CGImage>::adopt(drawing.ZeCreateImageFromContext());
+}
+
+} // namespace
+
+TEST(ZeGraphicsContext, ColourWordsFillRectangles)
+{
+    static const struct {
+        ZeGuiDefs::Color word;
+        const char* pixel;
+    } kRows[] = {{0xFFFFFFFF, "ffffffff"},
+                 {0xFF0000FF, "0000ffff"},
+                 {0x336699FF, "996633ff"},
+                 {0x0000FF80, "80000080"},
+                 {0xFFFFFF00, "00000000"}};
+    for (const auto& row : kRows) {
+        Canvas canvas(4, 3);
+        canvas.drawing.ZeFillRectSolid(row.word, {1, 1, 2, 1});
+        EXPECT_EQ(canvas.pixel(1, 1), row.pixel);
+        EXPECT_EQ(canvas.pixel(2, 1), row.pixel);
+        EXPECT_EQ(canvas.pixel(3, 1) + canvas.pixel(1, 0) + canvas.pixel(1, 2), "000000000000000000000000");
+    }
+}
+
+TEST(ZeGraphicsContext, GradientsRunDiagonallyWithoutClip)
+{
+    Canvas canvas(8, 8);
+    canvas.drawing.ZeFillRectGradient(kBlack, kWhite, {2, 2, 4, 4}); // the strip 4 <= x + y <= 12
+    auto red = [&](std::size_t x, std::size_t y) {
+        return int(CGBitmapContextGetPixels(canvas.bitmap)[4 * (8 * y + x)]);
+    };
+    EXPECT_EQ(canvas.pixel(1, 1), "00000000");
+    EXPECT_EQ(canvas.pixel(6, 6), "00000000");
+    EXPECT_NEAR(red(2, 2), 255 * 1 / 8.0, 2); // centre (2.5, 2.5): 1 of 8 along
+    EXPECT_NEAR(red(5, 5), 255 * 7 / 8.0, 2);
+    EXPECT_NEAR(red(4, 3), 255 * 4 / 8.0, 2);
+    EXPECT_NEAR(red(0, 7), 255 * 4 / 8.0, 2); // outside of the rectangle
+    EXPECT_EQ(canvas.pixel(7, 0).substr(6), "ff");
+}
+
+TEST(ZeGraphicsContext, FramesLieInsideTheRectangle)
+{
+    Canvas canvas(22, 12);
+    canvas.drawing.ZeDrawRectangle(kWhite, {0, 0, 20, 10}, 1.0); // along (1, 1) to (19.5, 9.5)
+    EXPECT_EQ(inkBoxOf(canvas.bitmap), (InkBox{0, 0, 20, 10}));
+    EXPECT_EQ(canvas.pixel(0, 5) + canvas.pixel(1, 5) + canvas.pixel(2, 5), "808080808080808000000000");
+    EXPECT_EQ(canvas.pixel(10, 0) + canvas.pixel(10, 1), "8080808080808080");
+    EXPECT_EQ(canvas.pixel(19, 5) + canvas.pixel(10, 9), "ffffffffffffffff");
+    EXPECT_NEAR(inkOf(canvas.bitmap), 2 * (18.5 + 8.5), 0.2);
+
+    Canvas wide(22, 12);
+    wide.drawing.ZeDrawRectangle(kBlack, {0, 0, 20, 10}, 3.0); // along (2, 2) to (18.5, 8.5)
+    EXPECT_NEAR(inkOf(wide.bitmap), 3 * 2 * (16.5 + 6.5), 0.2);
+    EXPECT_EQ(wide.pixel(17, 5), "000000ff");
+}
+
+TEST(ZeGraphicsContext, LinesTakeTheirEndsBySixLayouts)
+{
+    static const struct {
+        double a, b, c;
+        int layout;
+        InkBox box; // none where right is 0
+    } kRows[] = {
+        {1, 6, 2.5, 0, {1, 2, 6, 3}},  {1, 6, 2.5, 1, {1, 2, 7, 3}},
+        {1, 2.5, 6, 2, {1, 2, 7, 3}},  {1, 6, 2.5, 3, {2, 1, 3, 6}},
+        {1, 6, 2.5, 4, {2, 1, 3, 7}},  {2.5, 1, 6, 5, {2, 1, 3, 7}},
+        {6, -5, 2.5, 1, {1, 2, 6, 3}}, {1, 6, 2.5, 6, {}},
+        {1, 6, 2.5, -1, {}},           {1, 6, 2.5, INT_MIN, {}},
+        {1, std::nan(""), 2.5, 0, {}},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.layout);
+        Canvas canvas(8, 8);
+        canvas.drawing.ZeDrawLine(kRed, row.a, row.b, row.c, ZeGraphicsContext::_eGCDL(row.layout));
+        EXPECT_EQ(inkBoxOf(canvas.bitmap), row.box);
+        if (row.box.right > 0) {
+            EXPECT_EQ(canvas.pixel(row.box.left, row.box.top), "ff0000ff");
+        }
+    }
+
+    Canvas whole(8, 20); // whole numbers stay: the line covers half of two columns
+    whole.drawing.ZeDrawLine(kWhite, 10, 5, 3, ZeGraphicsContext::eGCDLVertLen);
+    EXPECT_EQ(inkBoxOf(whole.bitmap), (InkBox{2, 10, 4, 15}));
+    EXPECT_EQ(whole.pixel(2, 10) + whole.pixel(3, 14), "8080808080808080");
+    Canvas both(8, 8);
+    both.drawing.ZeDrawLine(kBlack, 1, 4, 7, 4);
+    both.drawing.ZeDrawLine(kBlack, 1.0, 1.5, 4.0, 1.5);
+    EXPECT_EQ(inkBoxOf(both.bitmap), (InkBox{1, 1, 7, 5}));
+    EXPECT_NEAR(inkOf(both.bitmap), 9, 0.1);
+}
+
+TEST(ZeGraphicsContext, DashesStayUntilSolid)
+{
+    Canvas canvas(8, 3);
+    const double lengths[] = {2, 1};
+    canvas.drawing.ZeSetLineStyle(1, lengths, 2);
+    canvas.drawing.ZeDrawLine(kBlack, 0.0, 0.5, 8.0, 0.5);
+    canvas.drawing.ZeSetLineStyle(1, lengths, 0);
+    canvas.drawing.ZeDrawLine(kBlack, 0.0, 1.5, 8.0, 1.5);
+    canvas.drawing.ZeSetLineStyle(0, lengths, 1);
+    canvas.drawing.ZeSetLineStyle(0, nullptr, 2);
+    canvas.drawing.ZeDrawLine(kBlack, 0.0, 2.5, 8.0, 2.5);
+    EXPECT_EQ(drawingOf(canvas.bitmap, kInk), "#.##.##.\n########\n########\n");
+}
+
+TEST(ZeGraphicsContext, XorLinesInvert)
+{
+    Canvas canvas(6, 2);
+    canvas.drawing.ZeFillRectSolid(0x336699FF, {0, 0, 6, 1});
+    canvas.drawing.ZeDrawXorLine(1, 0, 4, 0); // from (1.5, 0.5) to (4.5, 0.5)
+    EXPECT_EQ(canvas.pixel(0, 0), "996633ff");
+    EXPECT_EQ(canvas.pixel(2, 0), "6699ccff");
+    EXPECT_EQ(canvas.pixel(3, 0), "6699ccff");
+    EXPECT_EQ(canvas.pixel(1, 0), canvas.pixel(4, 0));
+    EXPECT_NEAR(std::stoi(canvas.pixel(1, 0).substr(0, 2), nullptr, 16), (0x99 + 0x66) / 2.0, 1);
+    EXPECT_EQ(inkBoxOf(canvas.bitmap).bottom, 1u);
+    canvas.drawing.ZeDrawXorLine(1, 0, 4, 0);
+    EXPECT_EQ(canvas.pixel(2, 0), "996633ff");
+    canvas.drawing.ZeFillRectSolid(0x0000FF80, {0, 0, 1, 1}); // replaces from here on
+    EXPECT_EQ(canvas.pixel(0, 0), "80000080");
+}
+
+TEST(ZeGraphicsContext, CurvesHaveTheirControls)
+{
+    const ZeFPoint tent[] = {{0, 0}, {3, 3}, {6, 0}}, wave[] = {{0, 0}, {3, 0}, {6, 6}, {12, 0}};
+    const ZeFPoint step[] = {{0, 0}, {0, 6}, {6, 6}};
+    static const struct {
+        const char* why;
+        const ZeFPoint* points;
+        unsigned n;
+        int mode;
+        float tension;
+        int chordEnds;
+        const char* path;
+    } kRows[] = {
+        {"cubic", tent, 3, 1, 1, 0, "M0,0 C1,1 2,4 3,3 C4,4 5,1 6,0 "},
+        {"half the tension", tent, 3, 1, 0.5, 0, "M0,0 C0.5,0.5 2.5,3.5 3,3 C3.5,3.5 5.5,0.5 6,0 "},
+        {"ends by the own chord", tent, 3, 1, 1, 1, "M0,0 C1,1 2,2 3,3 C4,4 5,1 6,0 "},
+        {"only 1 does that", tent, 3, 1, 1, 2, "M0,0 C1,1 2,4 3,3 C4,4 5,1 6,0 "},
+        {"quadratic", tent, 3, 0, 1, 0, "M0,0 Q1.5,2.5 3,3 Q4.5,2.5 6,0 "},
+        {"longer", wave, 4, 1, 1, 0, "M0,0 C1,0 2,-2 3,0 C4,0 5,7 6,6 C8,10 10,2 12,0 "},
+        {"upright chords count as level", step, 3, 1, 1, 0, "M0,0 C0,0 0,6 0,6 C2,6 4,6 6,6 "},
+        {"straight", tent, 3, 2, 1, 0, "M0,0 L3,3 L6,0 "},
+        {"no tension", tent, 3, 1, 0, 0, "M0,0 L3,3 L6,0 "},
+        {"another mode without tension", tent, 3, 7, 0, 0, "M0,0 L3,3 L6,0 "},
+        {"another mode", tent, 3, 3, 1, 0, "M0,0 "},
+        {"one point", tent, 1, 1, 1, 0, "M0,0 "},
+        {"none", tent, 0, 1, 1, 0, ""},
+        {"null", nullptr, 3, 1, 1, 0, ""},
+    };
+    for (const auto& row : kRows) {
+        Canvas canvas(1, 1);
+        canvas.drawing.ZeCalcCurve(row.points, row.n, row.mode, row.tension, row.chordEnds);
+        EXPECT_EQ(pathOf(canvas.bitmap), row.path) << row.why;
+    }
+}
+
+TEST(ZeGraphicsContext, PathsAreStrokedAndFilled)
+{
+    const ZeFPoint square[] = {{1.5, 1.5}, {5.5, 1.5}, {5.5, 5.5}, {1.5, 5.5}};
+    Canvas stroked(7, 7);
+    CGContextMoveToPoint(stroked.bitmap, 0, 0); // what was begun before is dropped
+    stroked.drawing.ZeDrawPath(kWhite, square, 4, 1.0, 0, 0, 0);
+    EXPECT_EQ(stroked.pixel(1, 4) + stroked.pixel(3, 1) + stroked.pixel(5, 5), "ffffffffffffffffffffffff");
+    EXPECT_EQ(stroked.pixel(3, 3) + stroked.pixel(0, 0), "0000000000000000");
+
+    const ZeFPoint hill[] = {{0, 6}, {3, 0}, {6, 6}};
+    Canvas filled(7, 7);
+    filled.drawing.ZeFillPath(kBlack, hill, 3, 2, 1, 0);
+    EXPECT_NEAR(inkOf(filled.bitmap), 18, 0.1);
+    filled.drawing.ZeFillPath(kBlack, hill, -1, 2, 1, 0);
+    filled.drawing.ZeDrawPath(kBlack, hill, 0, 1, 0, 0, 0);
+
+    const ZeFPoint slope[] = {{0, 1.2}, {12, 6.7}};
+    Canvas curve(12, 10);
+    curve.drawing.ZeDrawCurve(kBlack, slope, 2, 1, 1);
+    EXPECT_EQ(drawingOf(curve.bitmap, kInk).find('?'), std::string::npos) << "edges are not smooth";
+    EXPECT_NEAR(inkOf(curve.bitmap), std::hypot(12, 5.5), 2);
+    CGContextClearRect(curve.bitmap, CGRectMake(0, 0, 12, 10));
+    curve.drawing.ZeDrawLine(kBlack, 0.0, 1.2, 12.0, 6.7);
+    EXPECT_NE(drawingOf(curve.bitmap, kInk).find('?'), std::string::npos) << "and are smooth again";
+}
+
+TEST(ZeGraphicsContext, OffScreenContextsKeepTheirImage)
+{
+    const auto f = letterF();
+    constexpr const char* kF = "oooo\no###\nooo#\no###\no###\n";
+    RetainPtr<CGImage> taken;
+    {
+        const ZeGraphicsContext drawn(f, true), blank(f, false);
+        ASSERT_TRUE(drawn.context && drawn.ownsContext);
+        EXPECT_EQ(drawingOf(drawn.context, kInk), kF);
+        EXPECT_EQ(inkOf(blank.context), 0);
+        EXPECT_EQ(CGBitmapContextGetWidth(blank.context), 4u);
+        const auto* bytes = static_cast<const std::uint8_t*>(CGBitmapContextGetData(drawn.context));
+        EXPECT_EQ(hexOf({bytes, 80}, 5), "ff000000") << "alpha comes first";
+        taken = imageOf(drawn);
+    }
+    EXPECT_EQ(hexOf(CGImageGetPixels(taken), 5), "000000ff");
+
+    ZeGraphicsContext cleaned(f, true);
+    CGImage* image = cleaned.ZeCreateImageFromContext();
+    cleaned.ZeImageRelease(nullptr);
+    cleaned.ZeImageRelease(&image);
+    cleaned.ZeImageRelease(&image);
+    EXPECT_EQ(image, nullptr);
+    cleaned.ZeCleanupGraphicsContext();
+    cleaned.ZeCleanupGraphicsContext();
+    EXPECT_TRUE(!cleaned.context && !cleaned.ownsContext);
+
+    Canvas wrapped(1, 1);
+    wrapped.drawing.ZeCleanupGraphicsContext();
+    EXPECT_EQ(wrapped.drawing.context, wrapped.bitmap.get());
+}
+
+TEST(ZeGraphicsContext, CopiesScaledAndOneToOne)
+{
+    const auto f = letterF();
+    const ZeGraphicsContext source(f, true);
+    static const struct {
+        const char* why;
+        void (*copy)(ZeGraphicsContext&, const ZeGraphicsContext&);
+        const char* drawing; // 6 by 6
+    } kRows[] = {
+        {"to the same place",
+         [](auto& to, auto& from) {
+             to.ZeDrawImage1to1({1, 0, 3, 3}, &from, nullptr);
+         },
+         ".ooo..\n.###..\n.oo#..\n......\n......\n......\n"},
+        {"elsewhere",
+         [](auto& to, auto& from) {
+             to.ZeCopyBitmap({1.5, 2.4}, &from, nullptr, {0, 2, 3, 2});
+         },
+         "......\n......\n..ooo.\n..o##.\n......\n......\n"},
+        {"no size is all of it",
+         [](auto& to, auto& from) {
+             to.ZeCopyBitmap({2, 0}, &from, nullptr, {0.4, 0.4});
+         },
+         "..oooo\n..o###\n..ooo#\n..o###\n..o###\n......\n"},
+        {"cut at the source's edge",
+         [](auto& to, auto& from) {
+             to.ZeCopyBitmap({0, 0}, &from, nullptr, {3, 4, 1, 5});
+         },
+         "#.....\n#.....\n#.....\n#.....\n#.....\n......\n"},
+        {"outside of the source",
+         [](auto& to, auto& from) {
+             to.ZeCopyBitmap({0, 0}, &from, nullptr, {4, 0, 2, 2});
+         },
+         "......\n......\n......\n......\n......\n......\n"},
+        {"onto itself",
+         [](auto& to, auto&) {
+             to.ZeFillRectSolid(kBlack, {0, 0, 2, 1});
+             to.ZeCopyBitmap({1, 1}, &to, nullptr, {0, 0, 3, 2});
+         },
+         "##....\n.##...\n......\n......\n......\n......\n"},
+    };
+    for (const auto& row : kRows) {
+        Canvas canvas(6, 6);
+        row.copy(canvas.drawing, source);
+        EXPECT_EQ(drawingOf(canvas.bitmap, kInk), row.drawing) << row.why;
+    }
+    Canvas twice(8, 10);
+    twice.drawing.ZeDrawImageToFit({8, 10}, &source, nullptr);
+    for (std::size_t i = 0; i < 8; ++i) EXPECT_EQ(twice.pixel(i, 0) + twice.pixel(0, i), "ffffffffffffffff");
+    EXPECT_EQ(twice.pixel(7, 9) + twice.pixel(7, 3), "000000ff000000ff");
+}
+
+TEST(ZeGraphicsContext, PartsAndTheirWholeEndTogether)
+{
+    const auto f = letterF();
+    ZeGraphicsContext source(f, true);
+    ZeBitmap* whole = nullptr;
+    ZeRect rect(1.0, 2.0, 0.2, 1.5);
+    ZeBitmap* sub = source.ZeCreateSubBitmap(&source, rect, &whole);
+    ASSERT_TRUE(sub && whole);
+    EXPECT_EQ(rect.width, 4); // all of the source's, cut where it ends
+    EXPECT_EQ(rect.height, 1.5);
+    EXPECT_EQ(sub->GetWidth(), 3u);
+    EXPECT_EQ(sub->GetHeight(), 2u);
+    source.ZeCopySubBitmap({}, sub, rect, &whole);
+    EXPECT_EQ(whole, nullptr);
+
+    EXPECT_EQ(source.ZeCreateSubBitmap(&source, rect, nullptr), nullptr);
+    EXPECT_EQ(source.ZeCreateSubBitmap(nullptr, rect, &whole), nullptr);
+    source.ZeCopySubBitmap({}, nullptr, rect, nullptr);
+    source.ZeCopyBitmap({}, nullptr, nullptr, rect);
+    EXPECT_EQ(whole, nullptr);
+}
+
+TEST(ZeGraphicsContext, DoesNothingWithoutAContext)
+{
+    ZeGraphicsContext none(static_cast<CGImageRef>(nullptr), true);
+    EXPECT_TRUE(!none.context && !none.ownsContext);
+    const auto f = letterF();
+    ZeGraphicsContext other(f, true);
+    const ZeFPoint points[] = {{0, 0}, {1, 1}};
+    const double lengths[] = {1};
+    none.ZeSetLineStyle(0, lengths, 1);
+    none.ZeFillRectSolid(kRed, {4, 5});
+    none.ZeFillRectGradient(kRed, kBlue, {4, 5});
+    none.ZeDrawRectangle(kRed, {4, 5}, 1);
+    none.ZeDrawLine(kRed, 0, 0, 4, 5);
+    none.ZeDrawLine(kRed, 0, 4, 5, ZeGraphicsContext::eGCDLHorz);
+    none.ZeDrawXorLine(0, 0, 4, 5);
+    none.ZeDrawPath(kRed, points, 2, 1, 0, 0, 0);
+    none.ZeFillPath(kRed, points, 2, 1, 1, 0);
+    none.ZeDrawCurve(kRed, points, 2, 1, 1);
+    none.ZeDrawImageToFit({4, 5}, &other, nullptr);
+    none.ZeDrawImage1to1({4, 5}, &other, nullptr);
+    other.ZeDrawImageToFit({4, 5}, &none, nullptr);
+    other.ZeDrawImage1to1({4, 5}, &none, nullptr);
+    none.ZeDrawString(L"0", {40, 20}, kRed, 0, ZeGraphicsContext::eHAlignLeft, ZeGraphicsContext::eVAlignTop,
+                      ZeGraphicsContext::eTrimEnd);
+    EXPECT_EQ(none.GetSizeWithFont(L"0", 0), tagSIZE{});
+    EXPECT_EQ(none.ZeCreateImageFromContext(), nullptr);
+
+    ZeRect rect(2, 2);
+    ZeBitmap* whole = nullptr;
+    EXPECT_EQ(none.ZeCreateSubBitmap(&other, rect, &whole), nullptr);
+    EXPECT_EQ(whole, nullptr);
+    CGImage* image = other.ZeCreateImageFromContext();
+    none.ZeImageRelease(&image);
+    EXPECT_NE(image, nullptr);
+    other.ZeImageRelease(&image);
+    EXPECT_EQ(drawingOf(other.context, kInk), "oooo\no###\nooo#\no###\no###\n");
+}
