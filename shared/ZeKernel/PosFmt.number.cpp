@@ -76,9 +76,6 @@ bool ReadWrittenNumber(std::wstring_view text, wchar_t decimal, wchar_t group, d
     return at == end;
 }
 
-/// Added to a number's magnitude, so that decimal fractions survive a later truncation: 1.001 has one thousandth.
-constexpr double kFractionGuard = 0.000000000005;
-
 } // namespace
 
 std::wstring_view Trimmed(std::wstring_view text)

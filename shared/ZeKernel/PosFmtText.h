@@ -35,6 +35,9 @@ Stop ReadLabel(std::wstring_view text, _smpteval* t, unsigned framesPerSecond, w
 enum class Minus { Read, Refused };
 Stop ReadTime(std::wstring_view text, _smpteval* t, wchar_t decimal, wchar_t group, Minus minus);
 
+/// Added to a number's magnitude, so that decimal fractions survive a later truncation: 1.001 has one thousandth.
+constexpr double kFractionGuard = 0.000000000005;
+
 /// A decimal number: see myatof. `text` has no blanks and percent signs at its end; its fraction, if any, begins at
 /// `fraction`.
 struct Number {

@@ -85,6 +85,21 @@ TEST(PosFmtLaws, WrittenTextReadsBackAndWritesItselfAgain)
     }
 }
 
+TEST(PosFmtLaws, TheShortWayReadsAsTheLongOne)
+{
+    Random random(2);
+    for (int i = 0; i < 20000; ++i) {
+        const Format fmt(kTextFormats[random() % std::size(kTextFormats)]);
+        const auto flags = static_cast<unsigned>(random() % 8);
+        const ZeString text =
+            Write(fmt, static_cast<long long>(random() >> (20 + random() % 40)), kPoint, kComma, flags);
+        const PosFmtReading written = Read(fmt, text, kPoint, kComma, flags);
+        const PosFmtReading behindBlank = Read(fmt, L" " + text, kPoint, kComma, flags);
+        EXPECT_EQ(written.position, behindBlank.position) << fmt.eFormat << " " << text;
+        EXPECT_EQ(written.stop + 1, behindBlank.stop) << fmt.eFormat << " " << text;
+    }
+}
+
 TEST(PosFmtLaws, ParsersAgreeWithThemselves)
 {
     Random random(2);
