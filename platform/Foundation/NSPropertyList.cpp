@@ -46,11 +46,12 @@ bool IsTextWithNul(std::string_view bytes, std::uint64_t offset)
     return false;
 }
 
-/// libplist ends the process when it is asked for a text or a key with a NUL, which only a binary list can have.
+/// libplist ends the process when it is asked for a text or a key with a NUL.
 bool HasTextWithNul(std::string_view bytes)
 {
     constexpr std::size_t kTrailer = 32;
-    if (!bytes.starts_with("bplist") || bytes.size() < kTrailer) return false;
+    if (!bytes.starts_with("bplist")) return bytes.find('\0') != bytes.npos;
+    if (bytes.size() < kTrailer) return false;
     const std::string_view trailer = bytes.substr(bytes.size() - kTrailer);
     const std::uint64_t offsetSize = NumberAt(trailer, 6, 1), count = NumberAt(trailer, 8, 8);
     std::uint64_t entry = NumberAt(trailer, 24, 8);

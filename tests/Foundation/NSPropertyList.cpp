@@ -21,7 +21,7 @@ std::string BinaryList(const std::vector<std::string>& objects)
     return list + offsets + "\0\0\0\0\0\0\1\1"s + bigEndian(objects.size()) + bigEndian(0) + bigEndian(table);
 }
 
-TEST(NSPropertyList, RefusesBinaryTextsWithANul)
+TEST(NSPropertyList, RefusesTextsWithANul)
 {
     static const struct {
         const char* why;
@@ -39,6 +39,8 @@ TEST(NSPropertyList, RefusesBinaryTextsWithANul)
         {"zeros in a number are none", {"\x11\0\0"s}, true},
         {"cut text", {"\x5F\x13\xFF\xFF\xFF\xFF"s}, false},
     };
+    EXPECT_TRUE(NSReadPropertyList("<plist><dict><key>a</key><true/></dict></plist>"));
+    EXPECT_FALSE(NSReadPropertyList("<plist><dict><key>a\0b</key><true/></dict></plist>"s));
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(NSReadPropertyList(BinaryList(row.objects)) != nullptr, row.isRead);
