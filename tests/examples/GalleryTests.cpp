@@ -1,0 +1,68 @@
+#include "CoreGraphics/CGImage.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <set>
+#include <sys/wait.h>
+
+namespace {
+
+int statusOfGallery(const std::string& arguments)
+{
+    const int status = std::system(("'" GALLERY "' " + arguments + " 2>/dev/null").c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// Different pixels of the part.
+std::size_t coloursIn(CGImageRef picture, CGRect part)
+{
+    const auto cut = CGImageCreateWithImageInRect(picture, part);
+    std::set<std::uint32_t> colours;
+    for (std::size_t y = 0; y < CGImageGetHeight(cut); ++y)
+        for (std::size_t x = 0; x < CGImageGetWidth(cut); ++x) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, CGImageGetPixels(cut).data() + y * CGImageGetBytesPerRow(cut) + 4 * x, sizeof pixel);
+            colours.insert(pixel);
+        }
+    return colours.size();
+}
+
+} // namespace
+
+TEST(Gallery, FillsAPictureOfEitherScale)
+{
+    const std::string small = FOLDER "/gallery.png", large = FOLDER "/gallery@2x.png";
+    ASSERT_EQ(statusOfGallery("'" + small + "'"), 0);
+    ASSERT_EQ(statusOfGallery("--scale 2 '" + large + "'"), 0);
+    const auto picture = CGImageCreateWithPNGFile(small), twice = CGImageCreateWithPNGFile(large);
+    ASSERT_TRUE(picture && twice);
+    EXPECT_EQ(CGImageGetWidth(twice), 2 * CGImageGetWidth(picture));
+    EXPECT_EQ(CGImageGetHeight(twice), 2 * CGImageGetHeight(picture));
+
+    // a band of an empty sheet would have its colour and those of frames, labels and white fields
+    const auto width = static_cast<double>(CGImageGetWidth(picture));
+    const auto height = static_cast<double>(CGImageGetHeight(picture));
+    for (int band = 0; band < 6; ++band) {
+        SCOPED_TRACE(band);
+        EXPECT_GT(coloursIn(picture, CGRectMake(0, band * height / 6, width, height / 6)), 300U);
+    }
+}
+
+TEST(Gallery, RefusesWhatItCannotDo)
+{
+    static const struct {
+        const char *why, *arguments;
+        int status;
+    } kRows[] = {
+        {"no file", "", 2},
+        {"two files", "one.png two.png", 2},
+        {"a scale that is no number", "--scale 2x one.png", 2},
+        {"a scale out of range", "--scale 0 one.png", 2},
+        {"a folder that isn't there", "'" FOLDER "/missing/one.png'", 1},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(statusOfGallery(row.arguments), row.status);
+    }
+}
