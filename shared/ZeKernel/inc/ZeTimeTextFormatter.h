@@ -26,6 +26,10 @@ public:
     /// Text that the value set last is shown as gives that very object back: what nobody changed isn't rounded.
     bool getObjectValue(RetainPtr<NSObject>* object, const NSString* text, RetainPtr<NSString>* error) const override;
 
+    /// Line ends are refused as they come, since a field would turn them into spaces.
+    bool isPartialStringValid(const NSString* partial, RetainPtr<NSString>* newString,
+                              RetainPtr<NSString>* error) const override;
+
     void setFormat(int type); ///< any value; timecode and CD time set the frame rate, too
     int format() const { return m_PosFmt.eFormat; }
     void setFrameRate(double framesPerSecond);

@@ -1,0 +1,183 @@
+#include "ZeTimeTextFormatter.h"
+
+#include "Foundation/NSLog.h"
+#include "ScopedLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr const char* kPosFmtEncoding = "{ZePosFmt=^{ZeFormatterPlatform}iIddqq(?=I{?=SS}{?=SS})I}";
+
+/// Time at 48000 samples per second, in English.
+class ZeTimeTextFormatterTest : public testing::Test {
+protected:
+    ZeTimeTextFormatterTest()
+    {
+        formatter->setSampleRate(48000);
+        NSLogSetSink([this](std::string_view text) { log += text; });
+    }
+    ~ZeTimeTextFormatterTest() override { NSLogSetSink({}); }
+
+    std::string shown(long long position) const
+    {
+        return formatter->stringForObjectValue(NSNumber::numberWithLongLong(position).get())->utf8();
+    }
+    long long read(const std::string& text) const
+    {
+        RetainPtr<NSObject> object;
+        EXPECT_TRUE(formatter->getObjectValue(&object, NSString::string(text).get(), nullptr)) << text;
+        const auto* number = asKind<NSNumber>(object.get());
+        return number ? number->longLongValue() : -1;
+    }
+    /// The parameters as another formatter would get them.
+    void unbox(ZePosFmt& fmt) const
+    {
+        formatter->posFormatter()->getValue(&fmt);
+        fmt.pFormatter = nullptr;
+    }
+
+    ScopedLocale english{"en_US.UTF-8"};
+    RetainPtr<ZeTimeTextFormatter> formatter = make<ZeTimeTextFormatter>();
+    std::string log;
+};
+
+TEST_F(ZeTimeTextFormatterTest, ReadsLegalTextWhateverItSays)
+{
+    static const struct {
+        int format;
+        std::string text;
+        long long position;
+    } kRows[] = {
+        {QVPOSFMT_TIME, "12:34", 754 * 48000},
+        {QVPOSFMT_TIME, "00:00:02.500", 120000},
+        {QVPOSFMT_TIME, "", 0},
+        {QVPOSFMT_TIME, ":::::::", 0},
+        {QVPOSFMT_SAMPLES, "120,000", 120000},
+        {QVPOSFMT_SAMPLES, "1:2", 0},
+        {QVPOSFMT_SMPTE_EBU, "00:00:02:05", 105600},
+        {QVPOSFMT_RESERVED_11, "12", 0},
+    };
+    for (const auto& row : kRows) {
+        formatter->setFormat(row.format);
+        EXPECT_EQ(read(row.text), row.position) << row.format << ' ' << row.text;
+    }
+    for (int format = -1; format <= 21; ++format) {
+        formatter->setFormat(format);
+        read(std::string(200, '9'));
+    }
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(ZeTimeTextFormatterTest, RefusesIllegalCharactersWithReasonAndLogLine)
+{
+    static const char* const kTexts[] = {"1;2", "-1", "12s", "1\t2", "1\n", "1\u202F000", "1\u2019000", "\U0001F600"};
+    for (const char* text : kTexts) {
+        const RetainPtr<NSObject> before = "before"_ns;
+        RetainPtr<NSObject> object = before;
+        RetainPtr<NSString> why;
+        EXPECT_FALSE(formatter->getObjectValue(&object, NSString::string(text).get(), &why)) << text;
+        EXPECT_EQ(object, before);
+        ASSERT_NE(why, nullptr);
+        EXPECT_EQ(why->utf8(), "This string contains illegal characterst") << "the key, where no table has it";
+        std::string line = std::string("This string contains illegal characters: ") + text;
+        std::replace(line.begin(), line.end(), '\n', ' '); // the log writes one line
+        EXPECT_EQ(std::exchange(log, {}), line);
+        EXPECT_FALSE(formatter->getObjectValue(nullptr, NSString::string(text).get(), nullptr)) << text;
+        EXPECT_NE(std::exchange(log, {}), "");
+    }
+    EXPECT_TRUE(formatter->isPartialStringValid("12s"_ns.get(), nullptr, nullptr)) << "refused when committed";
+    EXPECT_FALSE(formatter->isPartialStringValid("1\n2"_ns.get(), nullptr, nullptr));
+}
+
+TEST_F(ZeTimeTextFormatterTest, UnchangedTextIsTheVeryObject)
+{
+    const RetainPtr<NSObject> value = NSNumber::numberWithFloat(120000.5F);
+    formatter->setObjectValue(value);
+    formatter->setObjectValue(value);
+    const auto result = [this](const char* text) {
+        RetainPtr<NSObject> object;
+        formatter->getObjectValue(&object, NSString::string(text).get(), nullptr);
+        return object;
+    };
+    EXPECT_EQ(result("00:00:02.500"), value);
+    EXPECT_NE(result("0:0:2.5"), value);
+    formatter->setFormat(QVPOSFMT_SAMPLES);
+    EXPECT_NE(result("00:00:02.500"), value) << "not the text in this format";
+    EXPECT_EQ(result("120,000"), value);
+    formatter->cleanup();
+    formatter->cleanup();
+    EXPECT_NE(result("120,000"), value);
+    EXPECT_EQ(read("120,000"), 120000) << "conversions come back after the clean-up";
+    formatter->setObjectValue("text"_ns.get());
+    EXPECT_EQ(formatter->stringForObjectValue("120000"_ns.get()), nullptr);
+    EXPECT_EQ(formatter->stringForObjectValue(nullptr), nullptr);
+    EXPECT_EQ(read("7"), 7);
+}
+
+TEST_F(ZeTimeTextFormatterTest, ALengthIgnoresTheOffset)
+{
+    ZePosFmt fmt;
+    fmt.eFormat = QVPOSFMT_SAMPLES;
+    fmt.ntOffset = 1000;
+    formatter->setPosFormatter(NSValue::value(&fmt, kPosFmtEncoding).get());
+    EXPECT_EQ(shown(1000), "0");
+    EXPECT_EQ(read("5"), 1005);
+    formatter->setIsLength(true);
+    EXPECT_EQ(shown(1000), "1,000");
+    EXPECT_EQ(read("5"), 5);
+}
+
+TEST_F(ZeTimeTextFormatterTest, HandsItsFormatOver)
+{
+    auto source = make<ZeTimeTextFormatter>();
+    source->setFormat(QVPOSFMT_PERCENT);
+    source->setSampleRate(44100.9);
+    source->setFrameRate(12.5);
+    source->setTempo(90);
+    source->setTimeSignature(0x30004);
+    source->setTicksPerBeat(480);
+    source->setPercentBase(1000);
+    const RetainPtr<NSNumber> half = NSNumber::numberWithLongLong(500);
+    EXPECT_EQ(source->stringForObjectValue(half)->utf8(), "50.00 %"); // its platform part exists from here on
+    const RetainPtr<NSValue> boxed = source->posFormatter();
+    formatter->setPercentBase(2000.7);
+    EXPECT_EQ(shown(48000), "00:00:01.000");
+
+    formatter->setPosFormatter(boxed);
+    source.reset(); // the box owns nothing of it, nor does who took it over
+    EXPECT_EQ(shown(500), "25.00 %") << "the percent base stays";
+    ZePosFmt fmt;
+    unbox(fmt);
+    EXPECT_EQ(fmt.eFormat, QVPOSFMT_PERCENT);
+    EXPECT_EQ(fmt.dwSampleRate, 44100U);
+    EXPECT_EQ(fmt.dFrameRate, 12.5);
+    EXPECT_EQ(fmt.dTempo, 90);
+    EXPECT_EQ(fmt.wBeatsPerMeasure, 3);
+    EXPECT_EQ(fmt.wBeatValue, 4);
+    EXPECT_EQ(fmt.cTicksPerBeat, 480U);
+    EXPECT_EQ(fmt.ccPercentBase, 2000);
+
+    formatter->setPosFormatter(nullptr);
+    formatter->setPosFormatter(NSNumber::numberWithDouble(1).get());
+    EXPECT_EQ(shown(500), "25.00 %");
+}
+
+TEST_F(ZeTimeTextFormatterTest, SampleRatesKeepTheirLowBits)
+{
+    static const struct {
+        double rate;
+        unsigned kept;
+    } kRows[] = {{44099.99, 44099}, {4294967296.0 + 8000, 8000}, {-1, 0xFFFFFFFF}, {std::nan(""), 0}};
+    for (const auto& row : kRows) {
+        formatter->setSampleRate(row.rate);
+        ZePosFmt fmt;
+        unbox(fmt);
+        EXPECT_EQ(fmt.dwSampleRate, row.kept) << row.rate;
+    }
+}
+
+} // namespace
