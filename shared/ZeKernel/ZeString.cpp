@@ -66,6 +66,22 @@ template <std::unsigned_integral Magnitude> inline wchar_t* WriteSigned(wchar_t*
     return WriteDigits<10>(to, isNegative ? 0 - number : number, 1);
 }
 
+void UseUTF8()
+{
+    if (!ZeCRT::isCharacterLocaleUTF8()) ZeCRT::setCharacterLocale();
+}
+
+/// Prints a format that is nothing but text. @return false, with `out` untouched, for any other, and for long text
+bool PrintText(ZeString& out, const wchar_t* format)
+{
+    std::size_t size = 0;
+    while (format[size] != L'%' && format[size] != 0) ++size;
+    if (format[size] != 0 || size >= kCount) return false;
+    UseUTF8();
+    out.assign(format, size);
+    return true;
+}
+
 /// Prints the formats that the kernel itself uses: text, %c, %d, %ld, and %u and %x with at most one digit of a width
 /// that zeros fill. @return false, with `out` untouched, where the format or the text's length needs the C library
 bool PrintPlain(ZeString& out, const wchar_t* format, va_list args)
@@ -105,7 +121,7 @@ bool PrintPlain(ZeString& out, const wchar_t* format, va_list args)
             return false;
         }
     }
-    if (!ZeCRT::isCharacterLocaleUTF8()) ZeCRT::setCharacterLocale();
+    UseUTF8();
     const auto size = static_cast<std::size_t>(to - buffer);
     if (out.size() != size) out.resize(size); // by far faster than assigning, which looks for overlaps
     std::copy(buffer, to, out.data());
@@ -140,6 +156,7 @@ void ZeVSprintf(ZeString& out, const wchar_t* format, va_list args)
 
 void ZeSprintf(ZeString& out, const wchar_t* format, ...)
 {
+    if (PrintText(out, format)) return;
     // A list each, since copying one that was just begun stalls the processor for longer than a number takes.
     va_list plainArgs, args;
     va_start(plainArgs, format);
