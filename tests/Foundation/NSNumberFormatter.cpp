@@ -1,8 +1,7 @@
 #include "Foundation/NSNumberFormatter.h"
 
-#include "Foundation/NSLog.h"
-
 #include "Foundation/NSCoder.h"
+#include "Foundation/NSLog.h"
 #include "Probe.h"
 
 #include <cmath>
