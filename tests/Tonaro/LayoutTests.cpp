@@ -8,7 +8,7 @@
 
 namespace {
 
-const char* const kLanguages[] = {"en", "de"};
+const char* const kLanguages[] = {"en", "de", "fr", "es"};
 constexpr double kScales[] = {1, 1.25, 1.5, 2};
 
 /// An editor in some language; what the log is told while it loads is kept.
@@ -170,7 +170,8 @@ TEST(Layout, SpeaksTheUsersLanguage)
         const char* toolTip;
     } kRows[] = {{"en", "Sweep to an end frequency", "Help"},
                  {"de", "Bis zu einer Endfrequenz gleiten", "Hilfe"},
-                 {"fr", "Sweep to an end frequency", "Help"}};
+                 {"fr", "Balayer jusqu’à une fréquence finale", "Aide"},
+                 {"nl", "Sweep to an end frequency", "Help"}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.language);
         const Layout layout(row.language);
