@@ -26,7 +26,7 @@ NSMenuItem* NSMenu::addItemWithTitle(const NSString* title, SEL action, const NS
 
 void NSMenu::addItem(NSMenuItem* item)
 {
-    if (item) mItems.push_back(item);
+    if (item) mItems.emplace_back(item);
 }
 
 void NSMenu::removeAllItems()

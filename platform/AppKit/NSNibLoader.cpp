@@ -78,7 +78,7 @@ RetainPtr<NSObject> NSNibLoader::objectFor(pugi::xml_node element)
         return nullptr;
     }
     ++mDepth;
-    const RetainPtr<NSObject> object = make(element);
+    RetainPtr<NSObject> object = make(element);
     --mDepth;
     mObjects[element.hash_value()] = object;
     return object;
@@ -96,7 +96,7 @@ RetainPtr<NSObject> NSNibLoader::make(pugi::xml_node element)
     }
     checkChildren(element, *kind);
     const NSClass* const table = classOf(element, *kind);
-    const RetainPtr<NSObject> object = table && table->alloc ? table->alloc() : nullptr;
+    RetainPtr<NSObject> object = table && table->alloc ? table->alloc() : nullptr;
     if (!object || !initialise(*object, element)) {
         report(element, "can't make " + Quoted(name));
         return nullptr;

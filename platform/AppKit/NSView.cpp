@@ -6,6 +6,8 @@
 #include "Foundation/NSClass.h"
 #include "Foundation/NSCoder.h"
 
+#include <ranges>
+
 NS_CLASS_TABLE(NSView, NSResponder, "")
 NS_CLASS_TABLE_END
 
@@ -137,9 +139,9 @@ NSRect NSView::convertRectToWindow(NSRect rect) const { return {convertPointToWi
 NSView* NSView::hitTest(NSPoint point)
 {
     if (mHidden || !CGRectContainsPoint(bounds(), point)) return nullptr;
-    for (auto view = mSubviews.rbegin(); view != mSubviews.rend(); ++view) {
-        const NSPoint origin = (*view)->mFrame.origin;
-        NSView* const hit = (*view)->hitTest({point.x - origin.x, point.y - origin.y});
+    for (const RetainPtr<NSView>& view : std::views::reverse(mSubviews)) {
+        const NSPoint origin = view->mFrame.origin;
+        NSView* const hit = view->hitTest({point.x - origin.x, point.y - origin.y});
         if (hit) return hit;
     }
     return this;
