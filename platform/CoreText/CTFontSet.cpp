@@ -43,7 +43,7 @@ const FcChar8* fcText(const char* text) { return reinterpret_cast<const FcChar8*
 std::string fileInKnownFolders(const Face& face)
 {
     for (const char* folder : kFontFolders) {
-        const std::string path = std::string(folder) + face.file;
+        std::string path = std::string(folder) + face.file;
         std::error_code failure;
         if (std::filesystem::is_regular_file(path, failure)) return path;
     }

@@ -145,7 +145,7 @@ std::vector<CTLineSpan> CTLineGetSelectionSpans(CTLineRef line, std::size_t star
     int count = 0;
     pango_layout_line_get_x_ranges(line->contents().line, text.byteAt(start), text.byteAt(end), &ranges, &count);
     const std::unique_ptr<int, Releaser<g_free>> owned(ranges);
-    for (int i = 0; i < count; ++i) {
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
         const CGFloat left = CTUnitsFromPango(ranges[2 * i]), right = CTUnitsFromPango(ranges[2 * i + 1]);
         const bool touches = !spans.empty() && spans.back().x + spans.back().width == left;
         if (touches)

@@ -156,6 +156,7 @@ void X11Server::connectionLost()
 std::vector<xcb_window_t> X11Server::windowIds() const
 {
     std::vector<xcb_window_t> ids;
+    ids.reserve(mWindows.size());
     for (const auto& entry : mWindows) ids.push_back(entry.first);
     return ids;
 }
