@@ -41,12 +41,12 @@ private:
     NSWindow* mWindow;
 };
 
-const NSView* findSlider(const NSView& view, SEL action)
+const NSSlider* findSlider(const NSView& view, SEL action)
 {
     const auto* slider = dynamic_cast<const NSSlider*>(&view);
     if (slider && slider->action() && std::string_view(slider->action()) == action) return slider;
     for (const RetainPtr<NSView>& subview : view.subviews())
-        if (const NSView* found = findSlider(*subview, action)) return found;
+        if (const NSSlider* found = findSlider(*subview, action)) return found;
     return nullptr;
 }
 
@@ -70,7 +70,7 @@ void runDemo(const Options& options)
     traced.trace = true;
     OffscreenEditor offscreen(traced);
     std::printf("The editor is drawn in memory.\nDragging its start frequency; this reaches the generator:\n");
-    const auto* slider = asKind<NSSlider>(findSlider(offscreen.editor(), "startFrequencySliderChanged:"));
+    const NSSlider* slider = findSlider(offscreen.editor(), "startFrequencySliderChanged:");
     if (!slider) throw InputError{"the editor has no slider for the start frequency"};
     drag(offscreen.window(), *slider, HzFromMel(slider->doubleValue()), 2 * HzFromMel(slider->doubleValue()));
     OffscreenEditor::settle();
