@@ -1,5 +1,7 @@
 #include "Standalone/Options.h"
 
+#include "Standalone/SoundFile.h"
+
 #include <charconv>
 #include <getopt.h>
 
@@ -8,15 +10,40 @@ namespace {
 constexpr double kLargestScale = 4;
 constexpr int kMostEditors = 16;
 
-enum Key : int { kSet = 256, kScreenshot, kScale, kTrace, kControls, kEditors, kDemo, kHelp, kVersion };
-
-constexpr option kOptions[] = {
-    {"set", required_argument, nullptr, kSet},     {"screenshot", required_argument, nullptr, kScreenshot},
-    {"scale", required_argument, nullptr, kScale}, {"trace", no_argument, nullptr, kTrace},
-    {"controls", no_argument, nullptr, kControls}, {"editors", required_argument, nullptr, kEditors},
-    {"demo", required_argument, nullptr, kDemo},   {"help", no_argument, nullptr, kHelp},
-    {"version", no_argument, nullptr, kVersion},   {nullptr, 0, nullptr, 0},
+enum Key : int {
+    kSet = 256,
+    kScreenshot,
+    kScale,
+    kTrace,
+    kControls,
+    kEditors,
+    kDemo,
+    kRender,
+    kDevice,
+    kListDevices,
+    kMute,
+    kHelp,
+    kVersion
 };
+
+// clang-format off
+constexpr option kOptions[] = {
+    {"set",          required_argument, nullptr, kSet},
+    {"screenshot",   required_argument, nullptr, kScreenshot},
+    {"scale",        required_argument, nullptr, kScale},
+    {"trace",        no_argument,       nullptr, kTrace},
+    {"controls",     no_argument,       nullptr, kControls},
+    {"editors",      required_argument, nullptr, kEditors},
+    {"demo",         required_argument, nullptr, kDemo},
+    {"render",       required_argument, nullptr, kRender},
+    {"device",       required_argument, nullptr, kDevice},
+    {"list-devices", no_argument,       nullptr, kListDevices},
+    {"mute",         no_argument,       nullptr, kMute},
+    {"help",         no_argument,       nullptr, kHelp},
+    {"version",      no_argument,       nullptr, kVersion},
+    {nullptr,        0,                 nullptr, 0},
+};
+// clang-format on
 
 template <typename Number>
 Number parseNumber(std::string_view option, std::string_view text, Number lowest, Number highest)
@@ -40,7 +67,8 @@ std::pair<std::string, std::string> parseSetting(std::string_view text)
 void chooseMode(Options& options, Options::Mode mode)
 {
     if (options.mode != Options::Mode::window && options.mode != mode)
-        throw UsageError{"only one of --screenshot, --controls and --demo can be done at a time"};
+        throw UsageError{
+            "only one of --render, --screenshot, --controls, --list-devices and --demo can be done at a time"};
     options.mode = mode;
 }
 
@@ -62,6 +90,21 @@ void take(Options& options, int key)
         break;
     case kDemo:
         chooseFile(options, Options::Mode::demo, "--demo");
+        break;
+    case kRender:
+        chooseFile(options, Options::Mode::render, "--render");
+        if (!soundFileKind(options.file))
+            throw UsageError{"--render: “" + options.file + "” ends neither in .wav nor in .flac"};
+        break;
+    case kDevice:
+        options.device = optarg;
+        if (options.device.empty()) throw UsageError{"--device: the name of a device is missing"};
+        break;
+    case kListDevices:
+        chooseMode(options, Options::Mode::listDevices);
+        break;
+    case kMute:
+        options.mute = true;
         break;
     case kScale:
         options.scale = parseNumber<double>("--scale", optarg, 1, kLargestScale);
@@ -115,7 +158,11 @@ Opens the editor of a test-tone generator.
                            gain             dB from -120 to 0; -inf is -120
                            length           seconds
                            sample-rate      Hz
-                           time-format      number of the position format for lengths
+                           time-format      0 to 20: in which format the length is shown
+  --device NAME          play on that sound device; without it, on the first there is
+  --list-devices         print the names of the sound devices, and end
+  --mute                 play without sound
+  --render FILE          write the tone into a .wav or .flac file, and end
   --editors N            open N windows on the same generator
   --scale S              S pixels per point; without it, the desktop's
   --trace                print each begin, set and end that reaches the generator
@@ -128,6 +175,7 @@ Opens the editor of a test-tone generator.
 
 Examples:
   tonaro --set start-frequency=1000 --set gain=-20
+  tonaro --set use-end=1 --set length=10 --render sweep.wav
   tonaro --screenshot editor.png --scale 2
   tonaro --trace | grep '^set 5'
 

@@ -9,11 +9,6 @@
 
 #include <cstdio>
 
-/// Something in the input is wrong: the message names it.
-struct InputError {
-    std::string message;
-};
-
 /// Prints what reaches the unit, a line each, flushed at once: "begin 1", "set 1 440", "end 1".
 class UnitTrace final : public ToneUnitObserver {
 public:

@@ -7,6 +7,9 @@
 #include "Standalone/Bundles.h"
 #include "Standalone/Demo.h"
 #include "Standalone/HelpWindow.h"
+#include "Standalone/Interruption.h"
+#include "Standalone/Rendering.h"
+#include "Standalone/SoundDevices.h"
 #include "X11/X11Display.h"
 
 namespace {
@@ -40,6 +43,15 @@ void runWindows(const Options& options)
     application->run();
 }
 
+void listDevices()
+{
+    const std::vector<SoundDevice> devices = findSoundDevices();
+    for (const SoundDevice& device : devices)
+        std::printf("%s  (%u channel%s, %.0f Hz)\n", device.name.c_str(), device.channels,
+                    device.channels == 1 ? "" : "s", device.sampleRate);
+    if (devices.empty()) std::fputs("tonaro: there is no sound device\n", stderr);
+}
+
 int runMode(const Options& options)
 {
     switch (options.mode) {
@@ -57,6 +69,12 @@ int runMode(const Options& options)
         break;
     case Options::Mode::demo:
         runDemo(options);
+        break;
+    case Options::Mode::render:
+        renderTone(options);
+        break;
+    case Options::Mode::listDevices:
+        listDevices();
         break;
     case Options::Mode::window:
         runWindows(options);
@@ -87,6 +105,8 @@ int main(int argc, char** argv)
         if (!error.message.empty()) std::fprintf(stderr, "tonaro: %s\n", error.message.c_str());
         std::fputs("Try 'tonaro --help'.\n", stderr);
         return kUsageWrong;
+    } catch (const Interrupted& interrupted) {
+        endBySignal(interrupted.signal);
     } catch (const InputError& error) {
         std::fprintf(stderr, "tonaro: %s\n", error.message.c_str());
     } catch (const std::exception& error) {

@@ -22,9 +22,12 @@ TEST(Options, ReadsALine)
     EXPECT_EQ(none.scale, 0);
     EXPECT_EQ(none.editors, 1);
     EXPECT_FALSE(none.trace);
+    EXPECT_FALSE(none.mute);
+    EXPECT_EQ(none.device, "");
 
-    const Options all = parse({"--set", "gain=-3", "--set=length=", "--set", "a=b=c", "--screenshot", "x.png",
-                               "--screenshot", "y.png", "--scale=1.25", "--trace", "--editors", "16"});
+    const Options all =
+        parse({"--set", "gain=-3", "--set=length=", "--set", "a=b=c", "--screenshot", "x.png", "--screenshot", "y.png",
+               "--scale=1.25", "--trace", "--editors", "16", "--mute", "--device", "jack:system"});
     using Setting = std::pair<std::string, std::string>;
     EXPECT_THAT(all.settings, testing::ElementsAre(Setting("gain", "-3"), Setting("length", ""), Setting("a", "b=c")));
     EXPECT_EQ(all.mode, Options::Mode::screenshot);
@@ -32,6 +35,8 @@ TEST(Options, ReadsALine)
     EXPECT_EQ(all.scale, 1.25);
     EXPECT_EQ(all.editors, 16);
     EXPECT_TRUE(all.trace);
+    EXPECT_TRUE(all.mute);
+    EXPECT_EQ(all.device, "jack:system");
 }
 
 TEST(Options, ChoosesWhatToDo)
@@ -42,6 +47,8 @@ TEST(Options, ChoosesWhatToDo)
     } kRows[] = {
         {{"--controls"}, Options::Mode::controls},
         {{"--demo", "x.png"}, Options::Mode::demo},
+        {{"--render", "x.wav"}, Options::Mode::render},
+        {{"--list-devices"}, Options::Mode::listDevices},
         {{"--version"}, Options::Mode::version},
         {{"-h"}, Options::Mode::help},
         {{"--controls", "--help", "--nonsense"}, Options::Mode::help},
@@ -66,6 +73,9 @@ TEST(Options, SaysWhatIsWrong)
         {{"--set", "gain"}, "--set: “gain” is not of the form NAME=VALUE"},
         {{"--set", "=3"}, "--set: “=3” is not of the form NAME=VALUE"},
         {{"--screenshot", ""}, "--screenshot: the name of a file is missing"},
+        {{"--device="}, "--device: the name of a device is missing"},
+        {{"--render", "tone.mp3"}, "--render: “tone.mp3” ends neither in .wav nor in .flac"},
+        {{"--render", "wav"}, "--render: “wav” ends neither in .wav nor in .flac"},
         {{"--demo="}, "--demo: the name of a file is missing"},
         {{"--scale", "0.5"}, "--scale: “0.5” is not a number from 1 to 4"},
         {{"--scale", "nan"}, "--scale: “nan” is not a number from 1 to 4"},
@@ -73,7 +83,8 @@ TEST(Options, SaysWhatIsWrong)
         {{"--scale", ""}, "--scale: “” is not a number from 1 to 4"},
         {{"--editors", "0"}, "--editors: “0” is not a number from 1 to 16"},
         {{"--editors", "99999999999"}, "--editors: “99999999999” is not a number from 1 to 16"},
-        {{"--controls", "--demo", "x.png"}, "only one of --screenshot, --controls and --demo can be done at a time"},
+        {{"--controls", "--demo", "x.png"},
+         "only one of --render, --screenshot, --controls, --list-devices and --demo can be done at a time"},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(testing::PrintToString(row.line));

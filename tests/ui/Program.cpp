@@ -99,6 +99,11 @@ Program::~Program()
     waitpid(mProcess, nullptr, 0);
 }
 
+void Program::sendSignal(int signal)
+{
+    if (!mStatus) kill(mProcess, signal);
+}
+
 bool Program::readSome(double until)
 {
     if (mAtEnd) return false;

@@ -1,0 +1,15 @@
+#pragma once
+
+/// The sound devices of this machine, through JACK, Pulse or ALSA.
+
+#include "Standalone/SoundOutput.h"
+
+#include <vector>
+
+/// Every device that plays, the first one the best to take when none is asked for.
+std::vector<SoundDevice> findSoundDevices();
+
+/// An output on the device of that name; on the first there is when the name is empty. It has the wanted sample rate
+/// where the device knows it, else the one that the device prefers. Null when there is no such device, or it can't be
+/// opened now.
+std::unique_ptr<SoundOutput> openSoundDevice(const std::string& name, double wantedSampleRate);
