@@ -7,6 +7,7 @@
 #include <pango/pangocairo.h>
 #include <pango/pangofc-fontmap.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -32,10 +33,14 @@ constexpr Face kFaces[] = {
     {"Times Roman", "Liberation Serif", PANGO_WEIGHT_NORMAL, "LiberationSerif-Regular.ttf"},
 };
 
+/// What the others have no letters for. It is only read with the first such letter: that takes as long as a whole window.
+constexpr Face kEastAsianFace{"", "VL PGothic", PANGO_WEIGHT_NORMAL, "VL-PGothic-Regular.ttf"};
+
 constexpr const char* kFontFolders[] = {
     "/usr/share/fonts/truetype/dejavu/",
     "/usr/share/fonts/truetype/liberation2/",
     "/usr/share/fonts/truetype/liberation/",
+    "/usr/share/fonts/truetype/vlgothic/",
 };
 
 const FcChar8* fcText(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
@@ -84,6 +89,15 @@ FontConfig privateFonts()
     return config;
 }
 
+/// Whether there is anything from U+3000 to U+DFFF or U+F000 to U+FFFF: kana, ideographs and their punctuation.
+bool hasEastAsianLetters(std::string_view utf8)
+{
+    return std::any_of(utf8.begin(), utf8.end(), [](char byte) {
+        const auto lead = static_cast<unsigned char>(byte);
+        return (lead >= 0xE3 && lead <= 0xED) || lead == 0xEF;
+    });
+}
+
 /// One for the process, made with its first font.
 class FontSet {
 public:
@@ -102,9 +116,18 @@ public:
         pango_context_set_base_dir(mContext.get(), PANGO_DIRECTION_LTR);
     }
 
-    PangoContext* context() const { return mContext.get(); }
+    /// The context that has the letters of that text, as far as there are any.
+    PangoContext* contextFor(std::string_view utf8)
+    {
+        if (!mHasEastAsian && hasEastAsianLetters(utf8)) {
+            mHasEastAsian = true;
+            if (addFace(mConfig.get(), kEastAsianFace)) pango_fc_font_map_config_changed(PANGO_FC_FONT_MAP(mMap.get()));
+        }
+        return mContext.get();
+    }
 
 private:
+    bool mHasEastAsian = false;
     FontConfig mConfig;
     FontMap mMap;
     FontContext mContext;
@@ -126,8 +149,8 @@ PangoDescription CTDescriptionForName(std::string_view name, CGFloat size)
 
 PangoText CTLayoutOf(const PangoFontDescription* description, std::string_view utf8)
 {
-    static const FontSet fonts;
-    PangoText layout(pango_layout_new(fonts.context()));
+    static FontSet fonts;
+    PangoText layout(pango_layout_new(fonts.contextFor(utf8)));
     pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
     pango_layout_set_font_description(layout.get(), description);
     pango_layout_set_text(layout.get(), utf8.data(), static_cast<int>(utf8.size()));
