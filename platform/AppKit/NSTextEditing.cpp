@@ -21,13 +21,6 @@ std::size_t UnitsAt(std::u16string_view text, std::size_t index)
     return IsLowSurrogate(text[index]) ? 0 : 1;
 }
 
-std::u16string_view WithoutLineEndsAround(std::u16string_view text)
-{
-    while (!text.empty() && IsLineEnd(text.back())) text.remove_suffix(1);
-    while (!text.empty() && IsLineEnd(text.front())) text.remove_prefix(1);
-    return text;
-}
-
 } // namespace
 
 NSTextEditing::NSTextEditing(BreakFinder findBreaks) : mFindBreaks(std::move(findBreaks)) {}
@@ -296,15 +289,12 @@ std::u16string_view NSTypableText(std::u16string_view characters)
 
 std::u16string NSPastableText(std::u16string_view text)
 {
-    text = WithoutLineEndsAround(text);
     std::u16string result;
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t units = UnitsAt(text, i);
         if (IsLineEnd(text[i])) {
             if (text[i] != u'\n' || i == 0 || text[i - 1] != u'\r') result += u'\n';
-        } else if (text[i] == u'\t') {
-            result += u' ';
-        } else if (units != 0 && !IsControl(text[i])) {
+        } else if (text[i] == u'\t' || (units != 0 && !IsControl(text[i]))) {
             result += text.substr(i, units);
         }
         i += std::max<std::size_t>(units, 1);

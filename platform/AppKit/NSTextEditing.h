@@ -106,6 +106,6 @@ private:
 /// What of a key's characters goes into a text: empty when there is a control character or a function key among them.
 std::u16string_view NSTypableText(std::u16string_view characters);
 
-/// Text from the clipboard for one line: line ends around it are dropped, tabs become spaces, other control characters
-/// and unpaired surrogates vanish. Line ends inside stay; "12\r\n34\n" gives "12\n34".
+/// Text from the clipboard as a judge sees it: control characters and unpaired surrogates vanish, tabs and line ends
+/// stay; "12\r\n34\n" gives "12\n34\n".
 std::u16string NSPastableText(std::u16string_view text);

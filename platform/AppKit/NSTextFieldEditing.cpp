@@ -3,11 +3,20 @@
 #include "AppKit/NSTextField.h"
 #include "AppKit/NSWindow.h"
 
-#include <algorithm>
-
 namespace {
 
-bool IsLineEnd(char16_t unit) { return unit == u'\n' || unit == u'\r' || unit == 0x2028 || unit == 0x2029; }
+constexpr std::u16string_view kTabsAndLineEnds = u"\t\n\r\x2028\x2029";
+
+/// On one line: none at the ends, each of those inside a space.
+std::u16string WithoutTabsAndLineEnds(const std::u16string& text)
+{
+    const std::size_t start = text.find_first_not_of(kTabsAndLineEnds);
+    if (start == std::u16string::npos) return {};
+    std::u16string line = text.substr(start, text.find_last_not_of(kTabsAndLineEnds) + 1 - start);
+    for (char16_t& unit : line)
+        if (kTabsAndLineEnds.find(unit) != std::u16string::npos) unit = u' ';
+    return line;
+}
 
 } // namespace
 
@@ -119,8 +128,7 @@ std::optional<std::u16string> NSTextField::textWillChange(const std::u16string& 
             accepted = other->units();
         }
     }
-    std::replace_if(accepted.begin(), accepted.end(), IsLineEnd, u' ');
-    return accepted;
+    return WithoutTabsAndLineEnds(accepted);
 }
 
 bool NSTextField::textCommand(const NSTextCommand& command, NSEvent& event)

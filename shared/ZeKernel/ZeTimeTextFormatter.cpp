@@ -9,7 +9,7 @@
 namespace {
 
 constexpr std::u16string_view kLegalCharacters = u"0123456789,.:% ";
-constexpr std::u16string_view kLineEnds = u"\n\r\x2028\x2029";
+constexpr std::u16string_view kTabsAndLineEnds = u"\t\n\r\x2028\x2029";
 constexpr const char* kPosFmtEncoding = "{ZePosFmt=^{ZeFormatterPlatform}iIddqq(?=I{?=SS}{?=SS})I}";
 
 } // namespace
@@ -51,8 +51,8 @@ bool ZeTimeTextFormatter::getObjectValue(RetainPtr<NSObject>* object, const NSSt
 bool ZeTimeTextFormatter::isPartialStringValid(const NSString* partial, RetainPtr<NSString>*,
                                                RetainPtr<NSString>* error) const
 {
-    const bool hasLineEnd = partial->units().find_first_of(kLineEnds) != std::u16string::npos;
-    return !hasLineEnd || getObjectValue(nullptr, partial, error);
+    return partial->units().find_first_of(kTabsAndLineEnds) == std::u16string::npos ||
+           getObjectValue(nullptr, partial, error);
 }
 
 // --- the format and its parameters

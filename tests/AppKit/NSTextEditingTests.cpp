@@ -180,19 +180,18 @@ TEST(NSTextEditing, MoreChangesThanAreKeptStillCountAsAnEdit)
     EXPECT_TRUE(editing.isEdited());
 }
 
-TEST(NSPastableText, FitsOneLine)
+TEST(NSPastableText, HasNoControlCharacters)
 {
     static const struct {
         const char* why;
         std::u16string_view text, result;
     } kRows[] = {
         {"plain", u"440", u"440"},
-        {"a copied line", u"440\r\n", u"440"},
-        {"line ends inside stay", u"\n12\r\n34\r56\n\n78\n", u"12\n34\n56\n\n78"},
-        {"tabs and control characters", u"1\t2\u00013\u0085", u"1 23"},
+        {"a copied line", u"440\r\n", u"440\n"},
+        {"line ends stay", u"\n12\r\n34\r56\n\n78\n", u"\n12\n34\n56\n\n78\n"},
+        {"tabs and control characters", u"1\t2\u00013\u0085", u"1\t23"},
         {"half a pair", u"1\xD834 2\xDD1E", u"1 2"},
         {"a pair", u"\U0001D11E", u"\U0001D11E"},
-        {"nothing but line ends", u"\n\r\n", u""},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);

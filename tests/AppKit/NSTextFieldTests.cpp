@@ -354,13 +354,12 @@ TEST(NSTextField, PastedLineEnds)
     f.keys("C-v");
     ASSERT_NE(f.field->refusalText(), nullptr) << "the formatter takes no line end";
     EXPECT_EQ(f.shown(), "[440|]");
-    NSPasteboard::setString("1234\n"_ns.get());
-    f.keys("C-v");
-    EXPECT_EQ(f.shown(), "1234|");
     f.field->setFormatter(nullptr);
-    NSPasteboard::setString("12\n34\n"_ns.get());
-    f.keys("C-a C-v");
-    EXPECT_EQ(f.shown(), "12 34|");
+    for (const auto& [pasted, shown] : {std::pair("12\n34\n", "12 34|"), {"\t5\t6\n", "5 6|"}, {"\n", "|"}}) {
+        NSPasteboard::setString(NSString::string(pasted).get());
+        f.keys("C-a C-v");
+        EXPECT_EQ(f.shown(), shown);
+    }
 }
 
 TEST(NSTextField, LabelsTakeNoFocus)

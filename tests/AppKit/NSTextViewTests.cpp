@@ -158,7 +158,7 @@ TEST(NSTextView, APasteCountsInItsEditOnly)
 
     view->paste(nullptr);
     view->keyDown(*EventOf(KeysOf("5").at(0)));
-    clipboard.answer("40\n"_ns.get());
+    clipboard.answer("40"_ns.get());
     EXPECT_EQ(Shown(*view), "4540|") << "what was typed meanwhile stays";
 
     view->paste(nullptr);

@@ -90,7 +90,8 @@ TEST_F(ZeTimeTextFormatterTest, RefusesIllegalCharactersWithReasonAndLogLine)
         EXPECT_NE(std::exchange(log, {}), "");
     }
     EXPECT_TRUE(formatter->isPartialStringValid("12s"_ns.get(), nullptr, nullptr)) << "refused when committed";
-    EXPECT_FALSE(formatter->isPartialStringValid("1\n2"_ns.get(), nullptr, nullptr));
+    for (const char* const text : {"1\n2", "1\n", "\t1"})
+        EXPECT_FALSE(formatter->isPartialStringValid(NSString::string(text).get(), nullptr, nullptr));
 }
 
 TEST_F(ZeTimeTextFormatterTest, UnchangedTextIsTheVeryObject)

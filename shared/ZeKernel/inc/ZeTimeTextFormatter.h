@@ -26,7 +26,7 @@ public:
     /// Text that the value set last is shown as gives that very object back: what nobody changed isn't rounded.
     bool getObjectValue(RetainPtr<NSObject>* object, const NSString* text, RetainPtr<NSString>* error) const override;
 
-    /// Line ends are refused as they come, since a field would turn them into spaces.
+    /// Tabs and line ends are refused as they come, since a field would turn them into spaces.
     bool isPartialStringValid(const NSString* partial, RetainPtr<NSString>* newString,
                               RetainPtr<NSString>* error) const override;
 
