@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+// A sample at the highest rate that is of use; shorter ones last as long.
+constexpr float kShortestSeconds = 1e-6f;
 // 86400 s is a whole day, which timecode shows as 0; the longest tone is the 32-bit float before it.
 constexpr float kLongestSeconds = 86399.9921875f;
 
@@ -19,7 +21,7 @@ constexpr std::array<ToneParameterFacts, kParamCount> kTable{{
     {kParamEndFrequency,   "end-frequency",   "End Frequency",     kHertz,    0.01f,                kToneUpToNyquist, 8000.0f},
     {kParamLogSweep,       "log-sweep",       "Logarithmic Sweep", kSwitch,   0.0f,                 1.0f,             0.0f},
     {kParamGain,           "gain",            "Gain",              kDecibels, kToneSilenceDecibels, 0.0f,             -12.0f},
-    {kParamLength,         "length",          "Length",            kSeconds,  0.001f,               kLongestSeconds,  2.5f},
+    {kParamLength,         "length",          "Length",            kSeconds,  kShortestSeconds,     kLongestSeconds,  2.5f},
 }};
 // clang-format on
 

@@ -49,4 +49,5 @@ struct ToneSettings {
     bool isLogarithmic = false;
     double gainDecibels = -12.0; ///< -120 and below is silence
     double lengthSeconds = 2.5;  ///< silence follows
+    bool repeats = false;        ///< starts over after the length instead, without a gap
 };

@@ -105,17 +105,63 @@ std::uint64_t ToneLengthInSamples(const ToneSettings& settings)
     return static_cast<std::uint64_t>(std::llround(std::max(settings.lengthSeconds, 0.0) * RateOf(settings)));
 }
 
+void ToneGlide::jumpTo(double value)
+{
+    mValue = mTarget = value;
+    mStepsLeft = 0;
+}
+
+void ToneGlide::moveTo(double target, int steps)
+{
+    if (target == mTarget) return;
+    mTarget = target;
+    mStep = (target - mValue) / steps;
+    mStepsLeft = steps;
+}
+
+double ToneGlide::next()
+{
+    if (mStepsLeft > 0) mValue = --mStepsLeft > 0 ? mValue + mStep : mTarget;
+    return mValue;
+}
+
+void ToneRenderer::begin(const ToneSettings& settings, double amplitude)
+{
+    if (std::exchange(mHasBegun, true)) return;
+    mWaveform = settings.waveform;
+    mAmplitude.jumpTo(amplitude);
+}
+
+/// A waveform that is wanted while two are being blended waits until that is done.
+double ToneRenderer::wave(ToneWaveform wanted, double cycles, int glideSteps)
+{
+    if (wanted != mWaveform && !mBlend.isMoving()) {
+        mBefore = std::exchange(mWaveform, wanted);
+        mBlend.jumpTo(0.0);
+        mBlend.moveTo(1.0, glideSteps);
+    }
+    const double now = Wave(mWaveform, mPhase, cycles);
+    return mBlend.isMoving() ? std::lerp(Wave(mBefore, mPhase, cycles), now, mBlend.next()) : now;
+}
+
 void ToneRenderer::render(const ToneSettings& settings, std::span<float> samples)
 {
     const double rate = RateOf(settings);
+    const std::uint64_t length = std::max(ToneLengthInSamples(settings), std::uint64_t{settings.repeats});
     const double amplitude = AmplitudeOf(settings.gainDecibels);
-    const std::uint64_t length = ToneLengthInSamples(settings);
+    const int glideSteps = std::max(1, static_cast<int>(kToneGlideSeconds * rate));
+    begin(settings, amplitude);
     for (float& sample : samples) {
+        if (settings.repeats && mPosition >= length) mPosition = 0;
+        const bool plays = mPosition < length;
+        mAmplitude.moveTo(plays ? amplitude : 0.0, glideSteps);
         sample = 0.0f;
-        if (mPosition >= length) continue;
-        const double part = double(mPosition++) / double(length);
+        if (!plays && !mAmplitude.isMoving()) continue;
+        const double part = plays ? double(mPosition) / double(length) : 1.0;
         const double cycles = std::clamp(FrequencyAt(settings, part) / rate, 0.0, kNyquistCycles);
-        if (amplitude > 0.0) sample = static_cast<float>(amplitude * Wave(settings.waveform, mPhase, cycles));
+        const double level = mAmplitude.next();
+        if (level > 0.0) sample = static_cast<float>(level * wave(settings.waveform, cycles, glideSteps));
         mPhase = Fraction(mPhase + cycles);
+        if (plays && ++mPosition == length && !settings.repeats) mAmplitude.jumpTo(0.0); // the length's own end
     }
 }

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr AudioUnitElement kOnlyElement = 0;
+constexpr std::uint32_t kLastTimeFormat = 20; // percent
 
 /// 0 stands for not known.
 bool IsSampleRate(double hz) { return hz == 0.0 || (hz >= 1.0 && hz <= kToneHighestSampleRate); }
@@ -126,7 +127,7 @@ OSStatus ToneUnit::SetProperty(AudioUnitPropertyID property, AudioUnitScope scop
     if (scope != kAudioUnitScope_Global || element != kOnlyElement) return kAudioUnitErr_InvalidElement;
     const OSStatus status = property == kAudioUnitProperty_SampleRate ? setSampleRate(data, dataSize)
                             : property == kPropertyInputLength        ? Take(mInputLength, data, dataSize)
-                                                                      : Take(mTimeFormat, data, dataSize);
+                                                                      : setTimeFormat(data, dataSize);
     if (status != noErr) return status;
     postPropertyChange(property);
     if (property == kAudioUnitProperty_SampleRate) lowerFrequencies();
@@ -139,6 +140,15 @@ OSStatus ToneUnit::setSampleRate(const void* data, std::uint32_t dataSize)
     if (const OSStatus status = Take(rate, data, dataSize)) return status;
     if (!IsSampleRate(rate)) return kAudioUnitErr_InvalidPropertyValue;
     mSampleRate = rate;
+    return noErr;
+}
+
+OSStatus ToneUnit::setTimeFormat(const void* data, std::uint32_t dataSize)
+{
+    std::uint32_t format = 0;
+    if (const OSStatus status = Take(format, data, dataSize)) return status;
+    if (format > kLastTimeFormat) return kAudioUnitErr_InvalidPropertyValue;
+    mTimeFormat = format;
     return noErr;
 }
 

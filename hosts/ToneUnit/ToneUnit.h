@@ -13,7 +13,7 @@
 /// | parameter info | the record | the element is the parameter |
 /// | value strings | `CFArrayRef` | of the waveform; the reader releases it |
 /// | `kPropertyInputLength` | unsigned 64-bit | written too; starts as 0 |
-/// | `kPropertyTimeFormat` | unsigned 32-bit | written too; starts as 1 |
+/// | `kPropertyTimeFormat` | unsigned 32-bit | written too: 0 to 20; starts as 1 |
 ///
 /// A buffer that is too small, or data of another size, is `kAudioUnitErr_InvalidPropertyValue`.
 ///
@@ -57,6 +57,7 @@ public:
 private:
     void hold(const ToneParameterFacts& facts, float value);
     OSStatus setSampleRate(const void* data, std::uint32_t dataSize);
+    OSStatus setTimeFormat(const void* data, std::uint32_t dataSize);
     void lowerFrequencies();
     void postPropertyChange(AudioUnitPropertyID property);
 
