@@ -71,4 +71,12 @@ void TonaroCocoaView::useEndCheckboxChanged(NSObject* sender)
     _enableEndFrequencyControls(useEnd);
 }
 
+void TonaroCocoaView::lengthChanged(NSObject* sender)
+{
+    const auto samples = double{mLengthText.call(&NSControl::floatValue)};
+    send(kParamLength, static_cast<float>(samples / mSampleRate), sender);
+}
+
+void TonaroCocoaView::lengthStepperChanged(NSObject* sender) { send(kParamLength, valueOf(sender), sender); }
+
 void TonaroCocoaView::onHelp(NSObject*) { ZeHelp::Goto(kHelpTopic, nullptr); }

@@ -6,6 +6,7 @@
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSNumberFormatter.h"
+#include "PosFmt.h"
 
 namespace {
 
@@ -31,6 +32,8 @@ NS_CLASS_TABLE(TonaroCocoaView, NSView, kTonaroViewBundleIdentifier)
     .outlet("mGainText", &TonaroCocoaView::mGainText)
     .outlet("mEndFreqRangeText", &TonaroCocoaView::mEndFreqRangeText)
     .outlet("mStartFreqRangeText", &TonaroCocoaView::mStartFreqRangeText)
+    .outlet("mLengthStepper", &TonaroCocoaView::mLengthStepper)
+    .outlet("mLengthText", &TonaroCocoaView::mLengthText)
     .outlet("mEndFrequencySlider", &TonaroCocoaView::mEndFrequencySlider)
     .outlet("mStartFrequencySlider", &TonaroCocoaView::mStartFrequencySlider)
     .outlet("mUseEndCheckbox", &TonaroCocoaView::mUseEndCheckbox)
@@ -42,7 +45,9 @@ NS_CLASS_TABLE(TonaroCocoaView, NSView, kTonaroViewBundleIdentifier)
     .action("startFrequencySliderChanged:", &TonaroCocoaView::startFrequencySliderChanged)
     .action("endFrequencySliderChanged:", &TonaroCocoaView::endFrequencySliderChanged)
     .action("logSweepChanged:", &TonaroCocoaView::logSweepChanged)
-    .action("useEndCheckboxChanged:", &TonaroCocoaView::useEndCheckboxChanged) NS_CLASS_TABLE_END
+    .action("useEndCheckboxChanged:", &TonaroCocoaView::useEndCheckboxChanged)
+    .action("lengthChanged:", &TonaroCocoaView::lengthChanged)
+    .action("lengthStepperChanged:", &TonaroCocoaView::lengthStepperChanged) NS_CLASS_TABLE_END
 
     void EventListenerDispatcher(void* userData, void* object, const AudioUnitEvent* event, std::uint64_t, float value)
 {
@@ -71,6 +76,8 @@ void TonaroCocoaView::setAU(AudioUnit unit)
     const RetainPtr<TonaroCocoaView> keep(this); // what the unit is asked and told may close the window
     if (isBound()) _removeListeners();
     mAU = unit;
+    mLengthText.call(&ZeTimeTextField::setFormat, unsigned{QVPOSFMT_TIME});
+    mLengthText.call(&ZeTimeTextField::setIsLength, true);
     mGainSlider.call(&NSSlider::setMinValue, kLowestGainDecibels);
     if (auto* formatter = asKind<NSNumberFormatter>(mGainText.call(&NSControl::formatter)))
         formatter->setNegativeInfinitySymbol(NSString::string("-Inf").get());

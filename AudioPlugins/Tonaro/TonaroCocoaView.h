@@ -11,12 +11,14 @@
 #include "AppKit/NSButton.h"
 #include "AppKit/NSColor.h"
 #include "AppKit/NSPopUpButton.h"
+#include "AppKit/NSStepper.h"
 #include "AppKit/NSTextField.h"
 #include "AudioUnit/AUEventListener.h"
 #include "CoreFoundation/CFArray.h"
 #include "Slider/ZeFrequencySlider.h"
 #include "Slider/ZeGainFader.h"
 #include "Slider/ZeParameterSetter.h"
+#include "TextField/ZeTimeTextField.h"
 #include "TonaroParameters.h"
 
 #include <array>
@@ -62,6 +64,8 @@ public:
     void endFrequencySliderChanged(NSObject* sender);
     void logSweepChanged(NSObject* sender);
     void useEndCheckboxChanged(NSObject* sender);
+    void lengthChanged(NSObject* sender); ///< sends what the length field holds, whoever the sender is
+    void lengthStepperChanged(NSObject* sender);
 
 protected:
     void dealloc() override;
@@ -71,11 +75,14 @@ private:
     void _addListeners();
     void _removeListeners();
     void readSampleRate();
+    void readInputLength();
+    void readTimeFormat();
     void readWaveformNames();
     void readParameters();
     void showParameter(AudioUnitParameterID parameter, float value);
     void showWaveform(float value);
     void showFrequency(const Outlet<ZeFrequencySlider>& slider, const Outlet<NSTextField>& text, float hz);
+    void showLength(float seconds);
     void send(AudioUnitParameterID parameter, float value, NSObject* sender); ///< does nothing in a view without a unit
     void sendTypedFrequency(AudioUnitParameterID parameter, NSObject* sender);
     void report(OSStatus status, SEL method, const char* message,
@@ -89,13 +96,16 @@ private:
     Outlet<NSTextField> mGainText;
     Outlet<NSTextField> mEndFreqRangeText;
     Outlet<NSTextField> mStartFreqRangeText;
+    Outlet<NSStepper> mLengthStepper;    ///< in seconds
+    Outlet<ZeTimeTextField> mLengthText; ///< in samples
     Outlet<ZeFrequencySlider> mEndFrequencySlider;
     Outlet<ZeFrequencySlider> mStartFrequencySlider;
     Outlet<NSButton> mUseEndCheckbox;
     AudioUnit mAU = nullptr; ///< not owned
     std::array<AudioUnitParameter, kParamCount> mParameter{};
     AUEventListenerRef mEventListener = nullptr;
-    double mSampleRate = 0; ///< Hz
+    double mSampleRate = 0;         ///< Hz
+    std::uint64_t mInputLength = 0; ///< samples
     RetainPtr<NSColor> mBackgroundColor;
     RetainPtr<const NSArray> mWaveformStrings;
     AudioUnitParameterInfo mWaveformParameterInfo{};

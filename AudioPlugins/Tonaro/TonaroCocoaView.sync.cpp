@@ -8,7 +8,8 @@ namespace {
 
 constexpr double kDefaultSampleRate = 44100.0;
 constexpr double kLowestHz = 0.01;
-constexpr float kSilentGain = -120.0F; ///< dB, stands for minus infinity
+constexpr std::uint32_t kNoTimeFormat = UINT32_MAX; ///< leaves the field in the format it has
+constexpr float kSilentGain = -120.0F;              ///< dB, stands for minus infinity
 
 constexpr const char* kPropertyUnreadable = "[TonaroCocoaView synchronizeUIWithParameterValues] (x.1)";
 constexpr const char* kParameterUnreadable = "[StretchoCocoaView synchronizeUIWithParameterValues] (x.1)";
@@ -35,6 +36,8 @@ void TonaroCocoaView::_synchronizeUIWithAU()
 {
     readWaveformNames();
     readSampleRate();
+    readInputLength();
+    readTimeFormat();
     const AudioUnitEvent event = propertyChange(mAU, kAudioUnitProperty_SampleRate);
     _eventListener(this, &event, 0.0F);
     readParameters();
@@ -67,7 +70,24 @@ void TonaroCocoaView::readSampleRate()
     std::uint32_t size = sizeof mSampleRate;
     AudioUnitGetProperty(mAU, kAudioUnitProperty_SampleRate, kAudioUnitScope_Global, 0, &mSampleRate, &size);
     if (mSampleRate == 0.0) mSampleRate = kDefaultSampleRate;
+    mLengthText.call(&ZeTimeTextField::setFrameAndSampleRate, mSampleRate);
     updateFreqSlidersRange();
+}
+
+void TonaroCocoaView::readInputLength()
+{
+    std::uint32_t size = sizeof mInputLength;
+    mInputLength = 0;
+    AudioUnitGetProperty(mAU, kPropertyInputLength, kAudioUnitScope_Global, 0, &mInputLength, &size);
+    if (mInputLength == 0) mInputLength = static_cast<std::uint64_t>(NSTruncate(mSampleRate)); // a second
+}
+
+void TonaroCocoaView::readTimeFormat()
+{
+    std::uint32_t format = kNoTimeFormat;
+    std::uint32_t size = sizeof format;
+    AudioUnitGetProperty(mAU, kPropertyTimeFormat, kAudioUnitScope_Global, 0, &format, &size);
+    mLengthText.call(&ZeTimeTextField::setFormat, format);
 }
 
 void TonaroCocoaView::readParameters()
@@ -113,6 +133,9 @@ void TonaroCocoaView::showParameter(AudioUnitParameterID parameter, float value)
         mGainSlider.call(&NSControl::setFloatValue, value);
         _updateGainText();
         break;
+    case kParamLength:
+        showLength(value);
+        break;
     default:
         break;
     }
@@ -134,6 +157,14 @@ void TonaroCocoaView::showFrequency(const Outlet<ZeFrequencySlider>& slider, con
     text.call(&NSControl::setFloatValue, hz);
     slider.call(&ZeSlider::setSmallStep, smallStepForFreq(double{hz}));
     slider.call(&ZeSlider::setLargeStep, largeStepForFreq(double{hz}));
+}
+
+void TonaroCocoaView::showLength(float seconds)
+{
+    mLengthText.call(&ZeTimeTextField::initFormatter);
+    const auto samples = static_cast<float>(double{seconds} * mSampleRate);
+    mLengthText.call(&ZeTimeTextField::setObjectValue, NSNumber::numberWithFloat(samples).get());
+    mLengthStepper.call(&NSControl::setFloatValue, seconds);
 }
 
 void TonaroCocoaView::_enableEndFrequencyControls(bool enable)

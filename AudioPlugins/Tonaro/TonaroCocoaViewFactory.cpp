@@ -3,6 +3,7 @@
 #include "AppKit/NSNib.h"
 #include "Foundation/NSAutoreleasePool.h"
 #include "Foundation/NSLog.h"
+#include "TonaroFormatPopUp.h"
 #include "TonaroFrequencyScale.h"
 
 NS_CLASS_TABLE(TonaroCocoaViewFactory, NSObject, kTonaroViewBundleIdentifier)
@@ -17,8 +18,9 @@ RetainPtr<NSString> TonaroCocoaViewFactory::description() const { return NSStrin
 
 bool TonaroCocoaViewFactory::init()
 {
-    // only the interface description names this class; naming it here too keeps the linker from leaving it out
+    // only the interface description names these classes; naming them here too keeps the linker from leaving them out
     NSRegisterClass(TonaroFrequencyScale::staticClass());
+    NSRegisterClass(TonaroFormatPopUp::staticClass());
     return NSObject::init();
 }
 

@@ -70,7 +70,11 @@ TEST(ControlList, TellsWhatTheControlsShow)
     EXPECT_EQ(editor["mGainText"].at("value"), nullptr) << "JSON has no infinity";
     EXPECT_EQ(editor["mGainText"].at("text"), "-Inf");
     EXPECT_EQ(editor["mUseEndCheckbox"].at("text"), "Sweep to an end frequency");
-    EXPECT_EQ(editor[""].at("action"), "onHelp:");
+    EXPECT_EQ(editor["mLengthText"].at("value"), 110250);
+    EXPECT_EQ(editor["mLengthText"].at("text"), "00:00:02.500");
+    EXPECT_EQ(editor["mLengthStepper"].at("value"), 2.5);
+    EXPECT_EQ(editor[""].at("text"), "Time (hh:mm:ss.ms)") << "the format, which the editor itself knows nothing of";
+    EXPECT_EQ(editor.list.back().at("action"), "onHelp:");
 }
 
 TEST(ControlList, ListsWhatIsDisabledToo)
@@ -107,7 +111,7 @@ TEST(Screenshot, IsAsLargeAsTheEditorAtItsScale)
     std::remove(options.file.c_str());
     ASSERT_TRUE(picture);
     EXPECT_EQ(CGImageGetWidth(picture), 960U);
-    EXPECT_EQ(CGImageGetHeight(picture), 573U);
+    EXPECT_EQ(CGImageGetHeight(picture), 639U);
 }
 
 } // namespace

@@ -16,8 +16,11 @@ public:
     SessionScene()
     {
         NSBundle::setPreferredLanguages({"en"});
-        const auto bundle = NSBundle::bundleWithPath(TONARO_BUNDLES "/org.tonaro.view.bundle");
-        NSBundle::registerBundle(bundle);
+        for (const char* path : {TONARO_BUNDLES "/org.tonaro.view.bundle", TONARO_BUNDLES "/org.tonaro.host.bundle"}) {
+            const auto bundle = NSBundle::bundleWithPath(path);
+            NSBundle::registerBundle(bundle);
+        NSBundle::setMainBundle(NSBundle::bundleWithPath(TONARO_BUNDLES "/org.tonaro.host.bundle").get());
+        }
         NSApplication::sharedApplication()->setDisplay(NSMakeOffscreenDisplay());
     }
     ~SessionScene() { NSApplication::sharedApplication()->setDisplay(nullptr); }

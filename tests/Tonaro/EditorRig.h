@@ -35,8 +35,10 @@ public:
     {
         NSAssertionHandler::setCurrentHandler(handler);
         NSBundle::setPreferredLanguages({"en"});
-        const auto bundle = NSBundle::bundleWithPath(TONARO_BUNDLES "/org.tonaro.view.bundle");
-        NSBundle::registerBundle(bundle);
+        for (const char* path : {TONARO_BUNDLES "/org.tonaro.view.bundle", TONARO_BUNDLES "/org.tonaro.host.bundle"}) {
+            const auto bundle = NSBundle::bundleWithPath(path);
+            NSBundle::registerBundle(bundle);
+        }
     }
     ~EditorScene() { NSAssertionHandler::setCurrentHandler(nullptr); }
     EditorScene(const EditorScene&) = delete;

@@ -3,12 +3,14 @@
 #include "EditorRig.h"
 
 #include "AppKit/NSBox.h"
+#include "CoreText/CTLine.h"
+#include "TonaroFormatPopUp.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
-const char* const kLanguages[] = {"en", "de", "fr", "es"};
+const char* const kLanguages[] = {"en", "de", "fr", "es", "ja"};
 constexpr double kScales[] = {1, 1.25, 1.5, 2};
 
 /// An editor in some language; what the log is told while it loads is kept.
@@ -55,6 +57,8 @@ const NSTextField* labelIn(const NSControl& control)
 std::string textOf(const NSControl& control)
 {
     if (labelIn(control)) return control.stringValue()->utf8();
+    if (const auto* popup = asKind<NSPopUpButton>(&control); popup && popup->titleOfSelectedItem())
+        return popup->titleOfSelectedItem()->utf8();
     const auto* button = asKind<NSButton>(&control);
     return button && button->title() ? button->title()->utf8() : "";
 }
@@ -109,8 +113,8 @@ TEST(Layout, ConnectsEverythingWithoutAWordInTheLog)
     for (const NSControl* control : layout.controls) {
         if (labelIn(*control)) continue;
         ASSERT_TRUE(control->action()) << control->classTable().name;
-        EXPECT_EQ(control->target(), layout.editor->view.get()) << control->action();
-        EXPECT_TRUE(layout.editor->view->respondsToSelector(control->action())) << control->action();
+        ASSERT_TRUE(control->target()) << control->action();
+        EXPECT_TRUE(control->target()->respondsToSelector(control->action())) << control->action();
     }
 }
 
@@ -136,7 +140,8 @@ TEST(Layout, AlignsTextOnTwoLines)
     std::set<CGFloat> labels, fields;
     for (const NSControl* control : layout.controls) {
         if (control->cell()->alignment() != NSRightTextAlignment) continue;
-        const CGFloat right = CGRectGetMaxX(control->frame());
+        const CGFloat left = control->frame().origin.x, right = CGRectGetMaxX(control->frame());
+        if (left == sliders) continue; // the length's field stands where the other rows have their slider
         (right <= sliders ? labels : fields).insert(right);
     }
     EXPECT_THAT(labels, testing::SizeIs(1));
@@ -151,6 +156,7 @@ TEST(Layout, HasRoomForItsTextsInEveryLanguageAndScale)
         for (NSControl* control : layout.controls) {
             if (textOf(*control).empty()) continue;
             ++texts;
+            if (asKind<NSPopUpButton>(control)) continue;
             for (const double scale : kScales) {
                 SCOPED_TRACE(textOf(*control) + " at " + std::to_string(scale));
                 const Picture drawn(*control, 0, scale);
@@ -158,7 +164,25 @@ TEST(Layout, HasRoomForItsTextsInEveryLanguageAndScale)
                 EXPECT_FALSE(drawn.hasInkOutside());
             }
         }
-        EXPECT_EQ(texts, 11) << "four names, two ranges, three units, two check boxes";
+        EXPECT_EQ(texts, 14) << "five names, two ranges, three units, two check boxes, two choices";
+    }
+}
+
+TEST(Layout, HasRoomForEveryFormatInEveryLanguage)
+{
+    for (const char* language : kLanguages) {
+        const Layout layout(language);
+        const auto popup = std::find_if(layout.controls.begin(), layout.controls.end(),
+                                        [](NSControl* control) { return asKind<TonaroFormatPopUp>(control); });
+        ASSERT_NE(popup, layout.controls.end());
+        auto& formats = *asKind<TonaroFormatPopUp>(*popup);
+        EXPECT_EQ(formats.numberOfItems(), 11);
+        for (int i = 0; i < formats.numberOfItems(); ++i) {
+            formats.selectItemAtIndex(i);
+            const auto line = CTLineCreate(formats.titleOfSelectedItem()->units(), formats.cell()->font());
+            SCOPED_TRACE(formats.titleOfSelectedItem()->utf8());
+            EXPECT_LT(CTLineGetTypographicBounds(line).width, formats.bounds().size.width - 36) << "inset and chevron";
+        }
     }
 }
 

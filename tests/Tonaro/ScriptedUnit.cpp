@@ -32,6 +32,7 @@ OSStatus ScriptedUnit::GetProperty(AudioUnitPropertyID property, AudioUnitScope,
 {
     if (failsAlways) return kAudioUnitErr_InvalidProperty;
     if (property == kAudioUnitProperty_SampleRate) return answer(sampleRate, data, size);
+    if (property == kPropertyTimeFormat && timeFormat) return answer(*timeFormat, data, size);
     if (property == kAudioUnitProperty_ParameterInfo) {
         AudioUnitParameterInfo info{};
         info.minValue = lowestWaveform;

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ public:
     float lowestWaveform = 0;
     std::vector<std::string> waveformNames{"Sine", "Triangle", "Square"};
     double sampleRate = 44100;
+    std::optional<std::uint32_t> timeFormat; ///< unanswered without one
     bool failsAlways = false;
     std::function<void()> whenSet; ///< called once, in the next set
 

@@ -53,11 +53,13 @@ void ZeTimeTextField::setFormat(unsigned type)
     ZeTimeTextFormatter& formatter = neededFormatter();
     const RetainPtr<NSObject> value(objectValue());
     const int former = formatter.format();
+    willChangeValueForKey("format");
     if (type <= QVPOSFMT_PERCENT) formatter.setFormat(static_cast<int>(type));
     const bool changed = formatter.format() != former;
     if (value) setObjectValue(value);
     // What was being typed was meant in the former format.
     if (changed) abortEditing();
+    didChangeValueForKey("format");
 }
 
 unsigned ZeTimeTextField::format() const { return m_Formatter ? static_cast<unsigned>(m_Formatter->format()) : 0; }

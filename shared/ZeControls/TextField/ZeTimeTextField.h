@@ -24,7 +24,7 @@ public:
     /// Makes and attaches the formatter unless there is one; it gets the field's value.
     void initFormatter();
 
-    /// Shows the value in another format (`_qvposfmt_format`); above 20 the format stays.
+    /// Shows the value in another format (`_qvposfmt_format`); above 20 the format stays. Observers of "format" hear it.
     void setFormat(unsigned type);
     unsigned format() const; ///< 0 without a formatter
 

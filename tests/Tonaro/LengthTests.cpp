@@ -1,0 +1,228 @@
+// The length: what the field, its stepper and its format show, and what they send.
+
+#include "EditorRig.h"
+
+#include "AppKit/NSApplication.h"
+#include "AppKit/NSPasteboard.h"
+#include "TonaroFormatPopUp.h"
+
+#include <cmath>
+#include <random>
+
+namespace {
+
+class LengthTest : public testing::Test {
+protected:
+    LengthTest()
+    {
+        NSApplication::sharedApplication()->setDisplay(NSMakeOffscreenDisplay()); // for its clipboard
+        open();
+    }
+    ~LengthTest() override { NSApplication::sharedApplication()->setDisplay(nullptr); }
+    void open()
+    {
+        editor = std::make_unique<Editor>(&unit);
+        scene.run();
+        unit.takeLog();
+    }
+    ZeTimeTextField& field() const { return editor->outlet<ZeTimeTextField>("mLengthText"); }
+    NSStepper& stepper() const { return editor->outlet<NSStepper>("mLengthStepper"); }
+    double samples() const { return field().doubleValue(); }
+    std::string text() const { return editor->text("mLengthText"); }
+    TonaroFormatPopUp& formats() const
+    {
+        for (const RetainPtr<NSView>& view : editor->view->subviews())
+            if (auto* popup = asKind<TonaroFormatPopUp>(view.get())) return *popup;
+        throw std::runtime_error("no list of formats");
+    }
+    void changeRate(double rate)
+    {
+        unit.sampleRate = rate;
+        AudioUnitEvent event{};
+        event.mEventType = kAudioUnitEvent_PropertyChange;
+        event.mArgument.mProperty = {&unit, kAudioUnitProperty_SampleRate, 0, 0};
+        AUEventListenerNotify(nullptr, nullptr, &event);
+        scene.run();
+    }
+    void key(unichar character, std::uint32_t flags = 0)
+    {
+        const auto characters = NSString::string(std::u16string(1, character));
+        editor->window->sendEvent(
+            *NSEvent::keyEvent(NSKeyDown, flags, 0, editor->window, characters, characters, false));
+    }
+    /// Over what the field holds; Return commits it.
+    void type(const std::string& typed)
+    {
+        field().selectText(nullptr);
+        for (const char character : typed) key(static_cast<unichar>(character));
+        key(NSCarriageReturnCharacter);
+    }
+
+    EditorScene scene;
+    ScriptedUnit unit;
+    std::unique_ptr<Editor> editor;
+};
+
+TEST_F(LengthTest, ShowsTheUnitsSecondsAsSamplesAtItsRate)
+{
+    EXPECT_EQ(text(), "00:00:02.500");
+    EXPECT_EQ(stepper().floatValue(), 2.5F);
+    unit.sampleRate = 48000;
+    open();
+    EXPECT_EQ(samples(), 120000);
+
+    changeRate(96000);
+    EXPECT_EQ(samples(), 120000) << "until the unit tells the length again";
+    editor->show(kParamLength, 2.5F);
+    EXPECT_EQ(samples(), 240000);
+    EXPECT_EQ(text(), "00:00:02.500");
+    EXPECT_EQ(unit.takeLog(), "");
+}
+
+TEST_F(LengthTest, EditsAreFramed)
+{
+    editor->enter("mLengthText", 44100);
+    EXPECT_EQ(unit.takeLog(), "begin(6) set(6,1) end(6)");
+    scene.run();
+    EXPECT_EQ(stepper().floatValue(), 1.0F);
+    stepper().setFloatValue(7.25F);
+    stepper().sendAction(stepper().action(), stepper().target());
+    EXPECT_EQ(unit.takeLog(), "begin(6) set(6,7.25) end(6)");
+    scene.run();
+    EXPECT_EQ(text(), "00:00:07.250");
+    EXPECT_EQ(unit.takeLog(), "") << "the echo is shown and answered by nobody";
+}
+
+TEST_F(LengthTest, TheUnitsFormatIsUsedWhereItIsOne)
+{
+    const struct {
+        std::optional<std::uint32_t> format;
+        unsigned used;
+        const char* text;
+        const char* title;
+    } kRows[] = {{{}, 1, "00:00:02.500", "Time (hh:mm:ss.ms)"}, {8, 8, "00:00:02;15", "SMPTE drop (29.97 fps)"},
+                 {17, 17, "00:00:02:37", "CD time (75 fps)"},   {20, 20, nullptr, ""},
+                 {21, 1, "00:00:02.500", "Time (hh:mm:ss.ms)"}, {0xFFFFFFFF, 1, "00:00:02.500", "Time (hh:mm:ss.ms)"}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.used);
+        unit.timeFormat = row.format;
+        open();
+        EXPECT_EQ(field().format(), row.used);
+        EXPECT_EQ(samples(), 110250);
+        if (row.text) {
+            EXPECT_EQ(text(), row.text);
+        }
+        const NSString* title = formats().titleOfSelectedItem();
+        EXPECT_EQ(title ? title->utf8() : "", row.title);
+    }
+}
+
+TEST_F(LengthTest, AnotherFormatShowsTheSameLengthAndSendsNothing)
+{
+    auto& list = formats();
+    for (int i = 0; i < list.numberOfItems(); ++i) {
+        SCOPED_TRACE(list.itemTitleAtIndex(i)->utf8());
+        list.selectItemAtIndex(i);
+        list.sendAction(list.action(), list.target());
+        EXPECT_EQ(field().format(), list.menuOfItems()->itemArray()[static_cast<std::size_t>(i)]->tag());
+        EXPECT_EQ(samples(), 110250);
+        field().onFormatMenuAction(field().defaultMenu()->itemArray()[static_cast<std::size_t>(10 - i)]);
+        EXPECT_EQ(list.indexOfSelectedItem(), 10 - i) << "the list follows the field's own menu";
+    }
+    scene.run();
+    EXPECT_EQ(unit.takeLog(), "");
+}
+
+TEST_F(LengthTest, ArrowsStepByTheUnitThatIsShown)
+{
+    const struct {
+        unsigned format;
+        const char* up;
+    } kRows[] = {{0, "set(6,2.5000226)"}, {1, "set(6,2.6)"}, {9, "set(6,2.54)"}, {10, "set(6,2.541678)"}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.format);
+        field().setFormat(row.format);
+        field().selectText(nullptr);
+        key(NSUpArrowFunctionKey);
+        EXPECT_EQ(unit.takeLog(), std::string("begin(6) ") + row.up + " end(6)");
+        scene.run();
+        key(NSDownArrowFunctionKey);
+        EXPECT_NEAR(unit.values[kParamLength], 2.5, 1e-4);
+        scene.run();
+        unit.values[kParamLength] = 2.5F;
+        editor->show(kParamLength, 2.5F);
+        unit.takeLog();
+    }
+}
+
+TEST_F(LengthTest, EveryLengthTravelsAsTheQuotientAndBackAsTheProduct)
+{
+    std::mt19937_64 random(1);
+    for (const double rate : {8000.0, 11025.0, 44100.0, 48000.0, 96000.0, 192000.0, 384000.0}) {
+        changeRate(rate);
+        field().setFormat(0);
+        std::vector<long long> lengths = {1, 2, (1 << 24) - 1, (1 << 24) + 1, static_cast<long long>(rate * 86399.99)};
+        std::uniform_int_distribution<long long> any(1, lengths.back());
+        while (lengths.size() < 40) lengths.push_back(any(random));
+        for (const long long length : lengths) {
+            SCOPED_TRACE(testing::Message() << length << " at " << rate);
+            type(std::to_string(length));
+            const auto seconds = static_cast<float>(double{static_cast<float>(length)} / rate);
+            EXPECT_EQ(unit.values[kParamLength], seconds);
+            scene.run(0.1);
+            EXPECT_EQ(asKind<NSNumber>(field().objectValue())->longLongValue(),
+                      static_cast<long long>(static_cast<float>(double{seconds} * rate)));
+        }
+    }
+}
+
+TEST_F(LengthTest, RefusesWhatIsNoPositionAndKeepsTheValue)
+{
+    const char* const kTexts[] = {"1;2", "-1", "12s", "\U0001F600", "٣", "1\u2019000", "1\u202F000"};
+    const char* const kPasted[] = {"1\t2", "1\n2", "1\n", "1\r\n", "\u2028"};
+    for (const char* typed : kTexts) {
+        SCOPED_TRACE(typed);
+        field().selectText(nullptr);
+        NSPasteboard::setString(NSString::string(typed).get());
+        field().currentEditor()->paste(nullptr);
+        key(NSCarriageReturnCharacter);
+        EXPECT_TRUE(field().refusalText());
+        EXPECT_EQ(samples(), 110250);
+        key(0x1B);
+        EXPECT_FALSE(field().refusalText());
+        EXPECT_EQ(field().currentEditor()->text(), u"00:00:02.500");
+    }
+    for (const char* pasted : kPasted) {
+        SCOPED_TRACE(pasted);
+        NSPasteboard::setString(NSString::string(pasted).get());
+        field().currentEditor()->paste(nullptr);
+        EXPECT_TRUE(field().refusalText()) << "at once";
+        EXPECT_EQ(field().currentEditor()->text(), u"00:00:02.500");
+        key(0x1B);
+    }
+    EXPECT_EQ(unit.takeLog(), "");
+}
+
+TEST_F(LengthTest, LegalNonsenseIsWhatTheParserMakesOfIt)
+{
+    for (const std::string& typed : {std::string(200, '7'), std::string(":::"), std::string("%"), std::string(",")}) {
+        SCOPED_TRACE(typed);
+        type(typed);
+        EXPECT_FALSE(field().refusalText());
+        EXPECT_EQ(unit.takeLog(), "begin(6) set(6,0) end(6)");
+        scene.run();
+    }
+}
+
+TEST_F(LengthTest, AChangeOfRateDuringAnEditKeepsWhatIsTyped)
+{
+    field().selectText(nullptr);
+    for (const char16_t character : std::u16string(u"00:00:01.000")) key(character);
+    changeRate(48000);
+    editor->show(kParamLength, 4);
+    EXPECT_EQ(field().currentEditor()->text(), u"00:00:01.000");
+    key(NSCarriageReturnCharacter);
+    EXPECT_EQ(unit.takeLog(), "begin(6) set(6,1) end(6)") << "at the new rate";
+}
+
+} // namespace
