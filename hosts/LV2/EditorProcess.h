@@ -1,0 +1,18 @@
+#pragma once
+
+/// What all editors of the process share: the connection to the display, the resources, and where failures go.
+
+#include "AppKit/NSWindow.h"
+
+#include <string>
+
+/// Held by every editor; the connection lasts from the first to the last one.
+class EditorProcess {
+public:
+    /// @param bundlePath  of the plug-in's bundle, where the resource bundles are
+    /// @throw std::runtime_error when there is no display
+    explicit EditorProcess(const std::string& bundlePath);
+    ~EditorProcess();
+    EditorProcess(const EditorProcess&) = delete;
+    EditorProcess& operator=(const EditorProcess&) = delete;
+};

@@ -1,0 +1,187 @@
+#include "LV2/PlugInEditor.h"
+
+#include "AppKit/NSApplication.h"
+#include "CoreFoundation/CFRunLoop.h"
+#include "Foundation/NSAutoreleasePool.h"
+#include "TextField/ZeTimeTextField.h"
+#include "TonaroCocoaViewFactory.h"
+
+#include <cstring>
+#include <stdexcept>
+
+#include <lv2/atom/forge.h>
+#include <lv2/atom/util.h>
+#include <lv2/patch/patch.h>
+
+namespace {
+
+constexpr int kMostTurns = 16; // of the run loop in one idle call
+constexpr const char* kFormatKey = "format";
+
+ZeTimeTextField* TimeFieldIn(NSView* view)
+{
+    if (auto* field = asKind<ZeTimeTextField>(view)) return field;
+    for (const auto& subview : view->subviews())
+        if (auto* field = TimeFieldIn(subview)) return field;
+    return nullptr;
+}
+
+} // namespace
+
+/// Hears of a format that a person picked.
+class PlugInEditor::FormatObserver final : public NSObject {
+public:
+    void observeValueForKeyPath(const NSString*, NSObject*, void* context) override
+    {
+        static_cast<PlugInEditor*>(context)->formatPicked();
+    }
+};
+
+PlugInEditor::PlugInEditor(const EditorHost& host, const std::string& bundlePath)
+    : mProcess(bundlePath), mHost(host), mUnit(*this, host.sampleRateHz()), mFormatObserver(make<FormatObserver>())
+{
+    const NSAutoreleasePool pool;
+    if (mHost.map()) mapNames();
+    openWindow();
+    if (mHost.parent()) mWindow->orderFront();
+    askForTimeFormat();
+}
+
+PlugInEditor::~PlugInEditor()
+{
+    const NSAutoreleasePool pool;
+    closeWindow(); // what is being edited ends, and the host hears of it
+    mUnit.close();
+}
+
+void PlugInEditor::openWindow()
+{
+    const auto factory = make<TonaroCocoaViewFactory>();
+    NSView* const view = factory->uiViewForAudioUnit(&mUnit, {});
+    if (!view) throw std::runtime_error("the view can't be opened");
+    NSBackendWindowOptions options;
+    options.contentSize = view->frame().size;
+    options.scale = mHost.scale();
+    options.parent = mHost.parent();
+    mWindow = make<NSWindow>(&NSWindow::initWithDisplay, NSApplication::sharedApplication()->display(), options);
+    if (!mWindow) throw std::runtime_error("the window can't be opened");
+    const std::string& title = mHost.windowTitle();
+    mWindow->setTitle(NSString::string(title.empty() ? std::string("Tonaro") : title).get());
+    mWindow->setContentView(view);
+    mLengthField = RetainPtr<ZeTimeTextField>(TimeFieldIn(view));
+    if (mLengthField) mLengthField->addObserverForKeyPath(mFormatObserver, NSString::string(kFormatKey).get(), this);
+    mHost.resize(NSPixelSize(options.contentSize, mWindow->backingScaleFactor()));
+}
+
+void PlugInEditor::closeWindow()
+{
+    if (mLengthField) mLengthField->removeObserverForKeyPath(mFormatObserver, NSString::string(kFormatKey).get());
+    mLengthField.reset();
+    if (const RetainPtr<NSWindow> window = std::move(mWindow)) {
+        window->close();
+        window->setContentView(nullptr);
+    }
+}
+
+void PlugInEditor::show()
+{
+    const NSAutoreleasePool pool;
+    if (!nativeWindow()) {
+        closeWindow();
+        openWindow();
+    }
+    mWindow->orderFront();
+}
+
+void PlugInEditor::hide() { mWindow->orderOut(); }
+
+bool PlugInEditor::idle()
+{
+    int turns = 0;
+    while (++turns < kMostTurns && CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true) == kCFRunLoopRunHandledSource) {
+    }
+    return nativeWindow() != 0;
+}
+
+// --- ports
+
+void PlugInEditor::writePort(AudioUnitParameterID port, float value) { mHost.write(port, sizeof value, 0, &value); }
+
+void PlugInEditor::touchPort(AudioUnitParameterID port, bool isHeld) { mHost.touch(port, isHeld); }
+
+void PlugInEditor::portEvent(std::uint32_t port, std::uint32_t size, LV2_URID protocol, const void* data)
+{
+    if (!data) return;
+    const NSAutoreleasePool pool;
+    float value = 0;
+    if (port < kParamCount && protocol == 0 && size == sizeof value) {
+        std::memcpy(&value, data, sizeof value);
+        mUnit.portChanged(port, value);
+    } else if (port == kPortNotify && protocol == mHost.eventTransfer() && mHost.map()) {
+        readMessage(size, data);
+    }
+}
+
+// --- the time format, which has no port
+
+void PlugInEditor::mapNames()
+{
+    const auto id = [this](const char* uri) { return mHost.map()->map(mHost.map()->handle, uri); };
+    mNames = {id(LV2_ATOM__Int),  id(LV2_ATOM__URID),      id(LV2_ATOM__Object), id(LV2_PATCH__Get),
+              id(LV2_PATCH__Set), id(LV2_PATCH__property), id(LV2_PATCH__value), id(kTonaroTimeFormatURI)};
+}
+
+void PlugInEditor::askForTimeFormat()
+{
+    if (!mHost.map()) return;
+    struct {
+        LV2_Atom_Object object;
+        LV2_Atom_Property_Body property;
+        LV2_URID id, padding;
+    } const message{{{sizeof message - sizeof(LV2_Atom), mNames.atomObject}, {0, mNames.patchGet}},
+                    {mNames.patchProperty, 0, {sizeof(LV2_URID), mNames.atomURID}},
+                    mNames.timeFormat,
+                    0};
+    mHost.write(kPortControl, sizeof message, mHost.eventTransfer(), &message);
+}
+
+void PlugInEditor::writeTimeFormat(std::uint32_t format)
+{
+    if (!mHost.map()) return;
+    struct {
+        LV2_Atom_Object object;
+        LV2_Atom_Property_Body property;
+        LV2_URID id, padding;
+        LV2_Atom_Property_Body valueProperty;
+        std::uint32_t value, valuePadding;
+    } const message{{{sizeof message - sizeof(LV2_Atom), mNames.atomObject}, {0, mNames.patchSet}},
+                    {mNames.patchProperty, 0, {sizeof(LV2_URID), mNames.atomURID}},
+                    mNames.timeFormat,
+                    0,
+                    {mNames.patchValue, 0, {sizeof(std::int32_t), mNames.atomInt}},
+                    format,
+                    0};
+    mHost.write(kPortControl, sizeof message, mHost.eventTransfer(), &message);
+}
+
+void PlugInEditor::readMessage(std::uint32_t size, const void* data)
+{
+    const auto* const object = static_cast<const LV2_Atom_Object*>(data);
+    if (size < sizeof *object || object->atom.type != mNames.atomObject || object->body.otype != mNames.patchSet)
+        return;
+    const LV2_Atom* property = nullptr;
+    const LV2_Atom* value = nullptr;
+    lv2_atom_object_get(object, mNames.patchProperty, &property, mNames.patchValue, &value, 0);
+    if (!property || property->type != mNames.atomURID || !value || value->type != mNames.atomInt) return;
+    if (reinterpret_cast<const LV2_Atom_URID*>(property)->body != mNames.timeFormat) return;
+    const auto format = static_cast<std::uint32_t>(reinterpret_cast<const LV2_Atom_Int*>(value)->body);
+    mUnit.timeFormatChanged(format);
+    if (mLengthField && format < kTonaroTimeFormats && mLengthField->format() != format)
+        mLengthField->setFormat(format);
+}
+
+void PlugInEditor::formatPicked()
+{
+    const std::uint32_t format = mLengthField->format();
+    AudioUnitSetProperty(&mUnit, kPropertyTimeFormat, kAudioUnitScope_Global, 0, &format, sizeof format);
+}

@@ -1,0 +1,190 @@
+#include "LV2/ToneProcessor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include <lv2/atom/util.h>
+#include <lv2/core/lv2_util.h>
+#include <lv2/patch/patch.h>
+#include <lv2/time/time.h>
+
+namespace {
+
+template <typename T> T BodyOf(const LV2_Atom& atom)
+{
+    T value;
+    std::memcpy(&value, &atom + 1, sizeof value);
+    return value;
+}
+
+} // namespace
+
+ToneProcessor::Names::Names(LV2_URID_Map& map)
+{
+    const struct {
+        LV2_URID& id;
+        const char* uri;
+    } kRows[] = {
+        {atomInt, LV2_ATOM__Int},           {atomLong, LV2_ATOM__Long},           {atomFloat, LV2_ATOM__Float},
+        {atomDouble, LV2_ATOM__Double},     {atomURID, LV2_ATOM__URID},           {patchGet, LV2_PATCH__Get},
+        {patchSet, LV2_PATCH__Set},         {patchProperty, LV2_PATCH__property}, {patchValue, LV2_PATCH__value},
+        {timePosition, LV2_TIME__Position}, {timeSpeed, LV2_TIME__speed},         {timeFormat, kTonaroTimeFormatURI},
+    };
+    for (const auto& row : kRows) row.id = map.map(map.handle, row.uri);
+}
+
+std::unique_ptr<ToneProcessor> ToneProcessor::create(double sampleRateHz, const LV2_Feature* const* features)
+{
+    auto* const map = static_cast<LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
+    if (!map) return nullptr;
+    return std::unique_ptr<ToneProcessor>(new ToneProcessor(sampleRateHz, *map));
+}
+
+ToneProcessor::ToneProcessor(double sampleRateHz, LV2_URID_Map& map) : mSampleRate(sampleRateHz), mNames(map)
+{
+    lv2_atom_forge_init(&mForge, &map);
+}
+
+void ToneProcessor::connect(std::uint32_t port, void* data)
+{
+    if (port < kParamCount)
+        mControls[port] = static_cast<const float*>(data);
+    else if (port == kPortControl)
+        mMessages = static_cast<const LV2_Atom_Sequence*>(data);
+    else if (port == kPortNotify)
+        mNotifications = static_cast<LV2_Atom_Sequence*>(data);
+    else if (port < kPortCount)
+        mOutputs[port - kPortLeft] = static_cast<float*>(data);
+}
+
+void ToneProcessor::run(std::uint32_t frames)
+{
+    readMessages();
+    writeNotifications();
+    float* const first = mOutputs[0] ? mOutputs[0] : mOutputs[1];
+    if (!first) return;
+    mRenderer.render(settings(), {first, frames});
+    if (mOutputs[1] && mOutputs[1] != first) std::copy_n(first, frames, mOutputs[1]);
+}
+
+ToneSettings ToneProcessor::settings() const
+{
+    const auto value = [this](TonaroParameterID id) {
+        const ToneParameterFacts& facts = kToneParameters[id];
+        const float asked = mControls[id] ? *mControls[id] : facts.defaultValue;
+        return HeldValue(facts, std::isnan(asked) ? facts.defaultValue : asked, mSampleRate);
+    };
+    return {
+        .sampleRate = mSampleRate,
+        .waveform = static_cast<ToneWaveform>(static_cast<int>(value(kParamWaveform))),
+        .startHz = double{value(kParamStartFrequency)},
+        .sweeps = value(kParamUseEnd) > 0.0f,
+        .endHz = double{value(kParamEndFrequency)},
+        .isLogarithmic = value(kParamLogSweep) > 0.0f,
+        .gainDecibels = double{value(kParamGain)},
+        .lengthSeconds = double{value(kParamLength)},
+        .repeats = true,
+    };
+}
+
+// --- messages
+
+void ToneProcessor::readMessages()
+{
+    if (!mMessages) return;
+    LV2_ATOM_SEQUENCE_FOREACH(mMessages, event)
+    {
+        if (lv2_atom_forge_is_object_type(&mForge, event->body.type))
+            readMessage(*reinterpret_cast<const LV2_Atom_Object*>(&event->body));
+    }
+}
+
+void ToneProcessor::readMessage(const LV2_Atom_Object& message)
+{
+    if (message.body.otype == mNames.timePosition) return followTransport(message);
+    const bool isGet = message.body.otype == mNames.patchGet;
+    if (!isGet && message.body.otype != mNames.patchSet) return;
+    const LV2_Atom* property = nullptr;
+    const LV2_Atom* value = nullptr;
+    lv2_atom_object_get(&message, mNames.patchProperty, &property, mNames.patchValue, &value, 0);
+    const bool isOurs = property && property->type == mNames.atomURID && property->size == sizeof(LV2_URID) &&
+                        BodyOf<LV2_URID>(*property) == mNames.timeFormat;
+    if (isGet && (isOurs || !property)) mTellsTimeFormat = true; // without a property it asks for everything
+    if (!isGet && isOurs && value) setTimeFormat(*value);
+}
+
+std::optional<double> ToneProcessor::number(const LV2_Atom* atom) const
+{
+    if (!atom) return std::nullopt;
+    if (atom->type == mNames.atomInt && atom->size == sizeof(std::int32_t)) return BodyOf<std::int32_t>(*atom);
+    if (atom->type == mNames.atomLong && atom->size == sizeof(std::int64_t))
+        return static_cast<double>(BodyOf<std::int64_t>(*atom));
+    if (atom->type == mNames.atomFloat && atom->size == sizeof(float)) return double{BodyOf<float>(*atom)};
+    if (atom->type == mNames.atomDouble && atom->size == sizeof(double)) return BodyOf<double>(*atom);
+    return std::nullopt;
+}
+
+void ToneProcessor::setTimeFormat(const LV2_Atom& format)
+{
+    const std::optional<double> asked = number(&format);
+    if (!asked || !(*asked >= 0.0 && *asked < kTonaroTimeFormats)) return;
+    mTimeFormat = static_cast<std::uint32_t>(*asked);
+    mTellsTimeFormat = true;
+}
+
+void ToneProcessor::followTransport(const LV2_Atom_Object& position)
+{
+    const LV2_Atom* speed = nullptr;
+    lv2_atom_object_get(&position, mNames.timeSpeed, &speed, 0);
+    const std::optional<double> asked = number(speed);
+    if (!asked) return;
+    const bool rolls = *asked != 0.0;
+    if (rolls && !mRolls) mRenderer.startOver();
+    mRolls = rolls;
+}
+
+/// The sequence is the host's buffer: its size says on entry how much fits.
+void ToneProcessor::writeNotifications()
+{
+    if (!mNotifications) return;
+    const std::uint32_t room = mNotifications->atom.size;
+    lv2_atom_forge_set_buffer(&mForge, reinterpret_cast<std::uint8_t*>(mNotifications), room);
+    LV2_Atom_Forge_Frame sequence;
+    if (!lv2_atom_forge_sequence_head(&mForge, &sequence, 0)) return;
+    constexpr std::uint32_t kMessageBytes = 128; // more than the one message takes
+    if (room >= sizeof(LV2_Atom_Sequence) + kMessageBytes && mTellsTimeFormat.exchange(false)) {
+        LV2_Atom_Forge_Frame object;
+        lv2_atom_forge_frame_time(&mForge, 0);
+        lv2_atom_forge_object(&mForge, &object, 0, mNames.patchSet);
+        lv2_atom_forge_key(&mForge, mNames.patchProperty);
+        lv2_atom_forge_urid(&mForge, mNames.timeFormat);
+        lv2_atom_forge_key(&mForge, mNames.patchValue);
+        lv2_atom_forge_int(&mForge, static_cast<std::int32_t>(mTimeFormat.load()));
+        lv2_atom_forge_pop(&mForge, &object);
+    }
+    lv2_atom_forge_pop(&mForge, &sequence);
+}
+
+// --- state
+
+LV2_State_Status ToneProcessor::save(LV2_State_Store_Function store, LV2_State_Handle handle) const
+{
+    const auto format = static_cast<std::int32_t>(mTimeFormat.load());
+    return store(handle, mNames.timeFormat, &format, sizeof format, mNames.atomInt,
+                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
+}
+
+LV2_State_Status ToneProcessor::restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle)
+{
+    std::size_t size = 0;
+    std::uint32_t type = 0, flags = 0;
+    const void* const data = retrieve(handle, mNames.timeFormat, &size, &type, &flags);
+    std::int32_t format = std::int32_t{kTonaroDefaultFormat}; // also of a state from before there were formats
+    if (data && (type != mNames.atomInt || size != sizeof format)) return LV2_STATE_ERR_BAD_TYPE;
+    if (data) std::memcpy(&format, data, sizeof format);
+    if (format < 0 || format >= std::int32_t{kTonaroTimeFormats}) return LV2_STATE_ERR_UNKNOWN;
+    mTimeFormat = static_cast<std::uint32_t>(format);
+    mTellsTimeFormat = true;
+    return LV2_STATE_SUCCESS;
+}
