@@ -46,12 +46,12 @@ public:
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
 
-    void draw(CGImageRef image)
+    void draw(CGImageRef picture)
     {
         CGContextDrawImage(context,
                            CGRectMake(0, 0, static_cast<CGFloat>(CGBitmapContextGetWidth(context)),
                                       static_cast<CGFloat>(CGBitmapContextGetHeight(context))),
-                           image);
+                           picture);
     }
 
     unsigned int size;
