@@ -48,15 +48,16 @@ inline CGRect CGRectStandardize(CGRect r)
     return CGRectMake(std::min(r.origin.x, CGRectGetMaxX(r)), std::min(r.origin.y, CGRectGetMaxY(r)),
                       std::abs(r.size.width), std::abs(r.size.height));
 }
-/// What both rectangles cover, standardised; CGRectNull where that has no area, or a number isn't one.
+/// What both rectangles cover, standardised; where they have no more than an edge or a corner in common, that, without
+/// extent. CGRectNull where they are apart, or a number isn't one.
 inline CGRect CGRectIntersection(CGRect first, CGRect second)
 {
     const CGRect a = CGRectStandardize(first), b = CGRectStandardize(second);
-    const bool meet = a.origin.x < CGRectGetMaxX(b) && b.origin.x < CGRectGetMaxX(a) && a.origin.y < CGRectGetMaxY(b) &&
-                      b.origin.y < CGRectGetMaxY(a);
+    const bool meet = a.origin.x <= CGRectGetMaxX(b) && b.origin.x <= CGRectGetMaxX(a) &&
+                      a.origin.y <= CGRectGetMaxY(b) && b.origin.y <= CGRectGetMaxY(a);
     const CGFloat x0 = std::max(a.origin.x, b.origin.x), y0 = std::max(a.origin.y, b.origin.y);
     const CGFloat x1 = std::min(CGRectGetMaxX(a), CGRectGetMaxX(b)), y1 = std::min(CGRectGetMaxY(a), CGRectGetMaxY(b));
-    return meet && x1 > x0 && y1 > y0 ? CGRectMake(x0, y0, x1 - x0, y1 - y0) : CGRectNull;
+    return meet && x1 - x0 >= 0 && y1 - y0 >= 0 ? CGRectMake(x0, y0, x1 - x0, y1 - y0) : CGRectNull;
 }
 inline bool CGRectIntersectsRect(CGRect a, CGRect b) { return !CGRectIsNull(CGRectIntersection(a, b)); }
 /// The smallest rectangle around both; an empty one doesn't count.

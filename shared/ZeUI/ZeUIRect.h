@@ -74,8 +74,8 @@ public:
     /// (8, 8, 15.7, 11.2) of (13.7, 9.2, 10, 10).
     void AlignTL4Brush(int mask);
 
-    /// Whether the two have an area in common, which is stored; without one CGRectNull is. `result` may be null or one
-    /// of the two. A negative extent counts from its other end here.
+    /// Whether the two meet. What they have in common is stored, an edge or a corner without extent too; CGRectNull
+    /// where they are apart. `result` may be null or one of the two. A negative extent counts from its other end here.
     bool Intersects(const ZeRect& other, ZeRect* result) const;
     /// The smallest rectangle around both, stored. One without width or height doesn't count: then it is the other, and
     /// this one where neither counts. `result` may be null or one of the two.

@@ -134,11 +134,14 @@ TEST(ZeRect, TellsWhatTwoHaveInCommon)
     static const struct {
         const char* why;
         ZeRect a, b;
-        Numbers common; // width 0: none
+        Numbers common;
     } kRows[] = {
         {"overlap", {0, 0, 10, 10}, {6, -2, 10, 5}, {6, 0, 4, 3}},
         {"one within the other", {0, 0, 10, 10}, {2, 3, 4, 5}, {2, 3, 4, 5}},
-        {"an edge in common is no area", {0, 0, 10, 10}, {10, 0, 10, 10}, {kInfinity, kInfinity, 0, 0}},
+        {"an edge", {0, 0, 10, 10}, {10, 2, 10, 10}, {10, 2, 0, 8}},
+        {"a corner", {0, 0, 10, 10}, {10, 10, 10, 10}, {10, 10, 0, 0}},
+        {"one without extent", {0, 0, 10, 10}, {4, 5, 0, 2}, {4, 5, 0, 2}},
+        {"nothing with nothing", CGRectNull, CGRectNull, {kInfinity, kInfinity, 0, 0}},
         {"apart", {0, 0, 10, 10}, {0, 11, 10, 10}, {kInfinity, kInfinity, 0, 0}},
         {"an extent counts from its other end", {10, 10, -10, -10}, {6, 8, 10, 10}, {6, 8, 4, 2}},
         {"not a number", {0, 0, 10, 10}, {kNaN, 0.0, 10.0, 10.0}, {kInfinity, kInfinity, 0, 0}},
@@ -147,8 +150,8 @@ TEST(ZeRect, TellsWhatTwoHaveInCommon)
         SCOPED_TRACE(row.why);
         for (const auto& [a, b] : {std::pair(row.a, row.b), std::pair(row.b, row.a)}) {
             ZeRect common = a;
-            EXPECT_EQ(a.Intersects(b, nullptr), row.common.width > 0);
-            EXPECT_EQ(common.Intersects(b, &common), row.common.width > 0);
+            EXPECT_EQ(a.Intersects(b, nullptr), row.common.x != kInfinity);
+            EXPECT_EQ(common.Intersects(b, &common), row.common.x != kInfinity);
             expectRect(common, row.common);
         }
     }
