@@ -56,6 +56,7 @@ ZeResult ZeResourcesMac::GetGlyph(void* image, int index, int count, void** glyp
 {
     if (!mCache || !image || index < 0 || !glyph) return kZeInvalidParameter;
     const auto& strip = *static_cast<ZeBitmap*>(image);
+    if (!strip.GetImage()) return kZeInvalidParameter;
     *glyph = nullptr;
     const std::optional<int> cellWidth = CellWidth(strip, index, count);
     if (!cellWidth) return kZeInvalidParameter;

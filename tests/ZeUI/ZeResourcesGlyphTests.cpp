@@ -51,14 +51,35 @@ TEST_F(ZeResourcesGlyphTest, CellsFillTheirStrip)
         const auto strip = stripOf(row.width, row.height);
         EXPECT_EQ(describe(strip.get(), row.index, row.count), row.cell) << row.width << " in " << row.count;
     }
-    ZeBitmap empty(nullptr, false);
-    EXPECT_EQ(describe(&empty, 0, 1), "error 87");
-    EXPECT_EQ(describe(nullptr, 0, 1), "error 87");
     const auto strip = stripOf(4, 4);
     EXPECT_EQ(resources.GetGlyph(strip.get(), 0, 1, nullptr, nullptr), kZeInvalidParameter);
     void* glyph = nullptr;
     EXPECT_EQ(ZeResourcesMac().GetGlyph(strip.get(), 0, 1, &glyph, nullptr), kZeInvalidParameter);
     EXPECT_EQ(ZeResources().GetGlyph(strip.get(), 0, 1, &glyph, nullptr), kZeInvalidParameter);
+}
+
+TEST_F(ZeResourcesGlyphTest, TheOutputIsClearedWhereAStripIsGiven)
+{
+    ZeBitmap empty(nullptr, false);
+    const auto strip = stripOf(4, 4);
+    const struct {
+        const char* why;
+        void* image;
+        int index, count;
+        bool isCleared;
+    } kRows[] = {
+        {"no strip", nullptr, 0, 1, false},
+        {"an empty one", &empty, 0, 1, false},
+        {"no such index", strip.get(), -1, 1, false},
+        {"behind the last cell", strip.get(), 1, 1, true},
+        {"more cells than pixels", strip.get(), 0, 5, true},
+    };
+    for (const auto& row : kRows) {
+        void *glyph = this, *hilite = this;
+        EXPECT_EQ(resources.GetGlyph(row.image, row.index, row.count, &glyph, &hilite), kZeInvalidParameter);
+        EXPECT_EQ(glyph == nullptr, row.isCleared) << row.why;
+    }
+    EXPECT_TRUE(cache.items.empty());
 }
 
 TEST_F(ZeResourcesGlyphTest, CellsAreMadeOnceAndSharePixels)
