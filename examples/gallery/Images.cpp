@@ -1,6 +1,9 @@
+#include "Foundation/NSBundle.h"
 #include "Sections.h"
+#include "ZeResources.mac.h"
 
 #include <memory>
+#include <stdexcept>
 
 namespace {
 
@@ -53,6 +56,15 @@ void drawOffScreen(ZeGraphicsContext& context, Samples& samples)
     canvas.ZeFillRectSolid(colorOf(0xFFFFFF, 0xB0), ZeRect(10, 20, 76, 24));
     canvas.ZeDrawRectangle(kRed, ZeRect(10, 20, 76, 24), 1);
     context.ZeDrawImage1to1(ZeRect(), &canvas, nullptr);
+}
+
+void drawLoaded(ZeGraphicsContext& context, Samples&)
+{
+    const auto name = NSString::string("picture"), type = NSString::string("png");
+    const auto loaded =
+        ZeResourceBitmap::LoadBitmap(NSBundle::bundleWithIdentifier("org.tonaro.gallery"), name, type, nullptr);
+    if (!loaded) throw std::runtime_error("picture.png: not in the bundle");
+    drawImage(context, loaded->GetImage(), 27, 10);
 }
 
 constexpr Field kFields[] = {
@@ -108,6 +120,7 @@ constexpr Field kFields[] = {
     {L"ZeBitmap of a context", L"all of it, scaled into 50 by 28", drawThumbnail, On::pixels},
     {L"ZeCreateImageFromContext", L"a snapshot, drawn five times", drawSnapshot, On::pixels},
     {L"ZeGraphicsContext", L"of an image, drawn over", drawOffScreen, On::pixels},
+    {L"ZeResourceBitmap", L"a file by name and type", drawLoaded, On::pixels},
 };
 
 } // namespace

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr ZeGuiDefs::Color kClear = colorOf(0x2868C8, 0x60);
+constexpr ZeGuiDefs::Color kClear = colorOf(0x2868C8, 0x60), kFaint = colorOf(0x202428, 0x30);
 
 void drawCorners(ZeGraphicsContext& context, Samples&)
 {
@@ -52,6 +52,31 @@ void drawMoved(ZeGraphicsContext& context, Samples&)
     context.ZeFillRectSolid(kClear, stretched);
 }
 
+void drawEdges(ZeGraphicsContext& context, Samples&)
+{
+    ZeRect wider(20, 22, 36, 40), higher(92, 22, 40, 36);
+    context.ZeFillRectSolid(kPale, wider);
+    context.ZeFillRectSolid(kPale, higher);
+    wider.EdgeAdj(12, eEdgeLeft);
+    wider.EdgeAdj(16, eEdgeRight);
+    higher.EdgeAdj(12, eEdgeTop);
+    higher.EdgeAdj(16, eEdgeBottom);
+    context.ZeFillRectSolid(kClear, wider);
+    context.ZeFillRectSolid(kClear, higher);
+}
+
+void drawAlignedToBrush(ZeGraphicsContext& context, Samples&)
+{
+    ZeRect rect(42, 27, 74, 44);
+    context.ZeFillRectSolid(kPale, rect);
+    rect.AlignTL4Brush(15);
+    context.ZeFillRectSolid(kClear, rect);
+    for (double at = 0.5; at < kFieldWidth; at += 16) {
+        context.ZeDrawLine(kFaint, at, 0.0, at, kFieldHeight);
+        context.ZeDrawLine(kFaint, 0.0, at, kFieldWidth, at);
+    }
+}
+
 constexpr Field kFields[] = {
     {L"ZeFillRectSolid", L"opaque",
      [](ZeGraphicsContext& context, Samples&) {
@@ -94,6 +119,8 @@ constexpr Field kFields[] = {
     {L"ZeRect::Intersects, SuperRect", L"yellow, and pale around", drawTogether},
     {L"ZeRect::Shift, CornerAdj", L"(18, 24); bottom right, 24", drawMoved},
     {L"ZeRect::TriPtsFromRect", L"kinds 0 to 3", drawCorners},
+    {L"ZeRect::EdgeAdj", L"left, top 12; right, bottom 16", drawEdges},
+    {L"ZeRect::AlignTL4Brush", L"to whole brushes of 16", drawAlignedToBrush},
 };
 
 } // namespace

@@ -4,14 +4,18 @@ namespace {
 
 using Context = ZeGraphicsContext;
 
-constexpr const wchar_t* kLongText = L"Sine sweep, 20 Hz to 20 kHz";
+constexpr const wchar_t* kLongText = L"Sine, 20 Hz to 20 kHz";
+
+ZeString numbersOf(tagSIZE size) { return std::to_wstring(size.width) + L" by " + std::to_wstring(size.height); }
 
 template <int fontId> void drawFont(ZeGraphicsContext& context, Samples&)
 {
-    const ZeRect upper(0.0, 14.0, kFieldWidth, 24.0), lower(0.0, 44.0, kFieldWidth, 24.0);
+    const ZeRect upper(0.0, 8.0, kFieldWidth, 24.0), lower(0.0, 34.0, kFieldWidth, 24.0);
     for (const auto& [text, rect] : {std::pair(L"Tone 440.5 Hz", upper), std::pair(L"00:59:59;29", lower)})
         context.ZeDrawString(text, rect, kBlack, fontId, Context::eHAlignCenter, Context::eVAlignMiddle,
                              Context::eTrimNone);
+    context.ZeDrawString(numbersOf(Context::GetFontSize(fontId)), ZeRect(0.0, 60.0, kFieldWidth, 20.0), kGrey, 4,
+                         Context::eHAlignCenter, Context::eVAlignMiddle, Context::eTrimNone);
 }
 
 template <Context::_eHAlign h, Context::_eVAlign v> void drawAligned(ZeGraphicsContext& context, Samples&)
@@ -32,20 +36,19 @@ template <Context::_eTrim trim, int width = 90> void drawTrimmed(ZeGraphicsConte
 void drawMeasured(ZeGraphicsContext& context, tagSIZE size)
 {
     const ZeRect rect(10.0, 24.0, static_cast<double>(size.width), static_cast<double>(size.height));
-    const ZeString numbers = std::to_wstring(size.width) + L" by " + std::to_wstring(size.height);
     context.ZeFillRectSolid(colorOf(0xF0C040, 0x90), rect);
     context.ZeDrawString(L"Sine sweep", rect, kBlack, 0, Context::eHAlignLeft, Context::eVAlignTop, Context::eTrimNone);
-    context.ZeDrawString(numbers, ZeRect(10, 50, 130, 20), kGrey, 4, Context::eHAlignLeft, Context::eVAlignTop,
+    context.ZeDrawString(numbersOf(size), ZeRect(10, 50, 130, 20), kGrey, 4, Context::eHAlignLeft, Context::eVAlignTop,
                          Context::eTrimNone);
 }
 
 constexpr Field kFields[] = {
-    {L"Font 0", L"Lucida Grande 12", drawFont<0>},
-    {L"Font 1", L"Lucida Grande-Bold 12", drawFont<1>},
-    {L"Font 2", L"Monaco 12", drawFont<2>},
-    {L"Font 3", L"Lucida Grande 10", drawFont<3>},
-    {L"Font 4", L"Monaco 10", drawFont<4>},
-    {L"Font 5", L"Times Roman 16", drawFont<5>},
+    {L"Font 0, GetFontSize", L"Lucida Grande 12", drawFont<0>},
+    {L"Font 1, GetFontSize", L"Lucida Grande-Bold 12", drawFont<1>},
+    {L"Font 2, GetFontSize", L"Monaco 12", drawFont<2>},
+    {L"Font 3, GetFontSize", L"Lucida Grande 10", drawFont<3>},
+    {L"Font 4, GetFontSize", L"Monaco 10", drawFont<4>},
+    {L"Font 5, GetFontSize", L"Times Roman 16", drawFont<5>},
     {L"ZeDrawString", L"left, top", drawAligned<Context::eHAlignLeft, Context::eVAlignTop>},
     {L"ZeDrawString", L"left, middle", drawAligned<Context::eHAlignLeft, Context::eVAlignMiddle>},
     {L"ZeDrawString", L"left, bottom", drawAligned<Context::eHAlignLeft, Context::eVAlignBottom>},

@@ -2,7 +2,11 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <regex>
 #include <set>
 #include <sys/wait.h>
 
@@ -12,6 +16,12 @@ int statusOfGallery(const std::string& arguments)
 {
     const int status = std::system(("'" GALLERY "' " + arguments + " 2>/dev/null").c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string textOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// Different pixels of the part.
@@ -47,6 +57,24 @@ TEST(Gallery, FillsAPictureOfEitherScale)
         SCOPED_TRACE(band);
         EXPECT_GT(coloursIn(picture, CGRectMake(0, band * height / 6, width, height / 6)), 300U);
     }
+}
+
+TEST(Gallery, LeavesNoOperationOut)
+{
+    std::string gallery;
+    for (const auto& entry : std::filesystem::directory_iterator(TREE "/examples/gallery"))
+        if (entry.path().extension() == ".cpp") gallery += textOf(entry.path());
+    const std::string headers = textOf(TREE "/shared/ZeUI/ZeUIGraphicsContext.h") +
+                                textOf(TREE "/shared/ZeUI/ZeUIRect.h") + textOf(TREE "/shared/ZeUI/ZeResources.h");
+    const std::regex declaration(
+        " ((Ze(Draw|Fill|Calc|Copy|Create|Set)|GetResImage|GetResString|GetGlyph|Get(Font)?Size)\\w*|(In|De)flate|"
+        "EdgeAdj|Shift|CornerAdj|AlignTL4Brush|Intersects|SuperRect|TriPtsFromRect)\\(");
+    std::set<std::string> operations;
+    for (std::sregex_iterator found(headers.begin(), headers.end(), declaration), end; found != end; ++found)
+        operations.insert((*found)[1]);
+    EXPECT_GE(operations.size(), 29U);
+    for (const std::string& operation : operations)
+        EXPECT_TRUE(std::regex_search(gallery, std::regex("[.:]" + operation + "\\("))) << operation;
 }
 
 TEST(Gallery, RefusesWhatItCannotDo)
