@@ -218,6 +218,31 @@ TEST_F(ZeResourcesTest, AHighlightThatCannotBeMadeLeavesTheCell)
     EXPECT_TRUE(glyph && again == glyph && hilite);
 }
 
+TEST_F(ZeResourcesTest, CellsOutliveTheLoadedStrip)
+{
+    host.writePNG("strip.png", 8, 4);
+    ZeResCache cache;
+    ASSERT_EQ(resources.Init(&cache), kZeSuccess);
+    void *strip = nullptr, *cell = nullptr, *again = nullptr;
+    ASSERT_EQ(resources.GetResImage(L"strip.png", &strip), kZeSuccess);
+    ASSERT_EQ(resources.GetGlyph(strip, 1, 2, &cell, nullptr), kZeSuccess);
+    const auto pixels = CGImageGetPixels(static_cast<CGImageRef>(cell));
+    const auto* const buffer = static_cast<const std::uint8_t*>(static_cast<ZeBitmap*>(strip)->buffer);
+    EXPECT_TRUE(pixels.data() > buffer && pixels.data() < buffer + 4 * 8 * 4) << "it is the strip's";
+    cache.UnloadResource(L"strip.png");
+    EXPECT_EQ(cache.GetResourceFromCache(L"strip.png", eResCacheAny, nullptr), nullptr);
+    EXPECT_EQ(std::count(pixels.begin(), pixels.end(), 0), 4 * (8 * 3 + 4)); // still there
+
+    ASSERT_EQ(resources.GetResImage(L"strip.png", &strip), kZeSuccess); // a new one with cells of its own
+    ASSERT_EQ(resources.GetGlyph(strip, 1, 2, &again, nullptr), kZeSuccess);
+    EXPECT_NE(again, cell);
+    EXPECT_EQ(resources.GetImageSize(nullptr, nullptr), kZeInvalidParameter);
+    EXPECT_EQ(resources.GetImageSize(strip, nullptr), kZeInvalidParameter);
+    tagSIZE size{-1, -1};
+    EXPECT_EQ(resources.GetImageSize(nullptr, &size), kZeInvalidParameter);
+    EXPECT_EQ(size, (tagSIZE{-1, -1}));
+}
+
 TEST_F(ZeResourcesTest, LoadersShareACacheThatOutlivesThem)
 {
     const BundleOnDisk other("org.tonaro.other");

@@ -198,6 +198,24 @@ TEST(ZeGraphicsContext, PathsAreStrokedAndFilled)
     filled.drawing.ZeFillPath(kBlack, hill, -1, 2, 1, 0);
     filled.drawing.ZeDrawPath(kBlack, hill, 0, 1, 0, 0, 0);
 
+    // Curves are those of ZeCalcCurve, 1 wide whatever the width was; a stroke ends by the next chord.
+    const ZeFPoint wave[] = {{1, 10}, {8, 2}, {16, 16}, {23, 5}};
+    for (const int chordEnds : {0, 1}) {
+        Canvas drawn(24, 20), expected(24, 20);
+        CGContextSetLineWidth(drawn.bitmap, 5);
+        expected.drawing.ZeCalcCurve(wave, 4, 1, 1, chordEnds);
+        if (chordEnds == 1) {
+            drawn.drawing.ZeFillPath(kBlack, wave, 4, 1, 1, 1);
+            CGContextFillPath(expected.bitmap);
+        } else {
+            drawn.drawing.ZeDrawCurve(kBlack, wave, 4, 1, 1);
+            CGContextSetShouldAntialias(expected.bitmap, false);
+            CGContextStrokePath(expected.bitmap);
+        }
+        EXPECT_EQ(drawingOf(drawn.bitmap, kInk), drawingOf(expected.bitmap, kInk)) << chordEnds;
+        EXPECT_GT(inkOf(drawn.bitmap), 20);
+    }
+
     const ZeFPoint slope[] = {{0, 1.2}, {12, 6.7}};
     Canvas curve(12, 10);
     curve.drawing.ZeDrawCurve(kBlack, slope, 2, 1, 1);
@@ -259,6 +277,11 @@ TEST(ZeGraphicsContext, CopiesScaledAndOneToOne)
              to.ZeCopyBitmap({1.5, 2.4}, &from, nullptr, {0, 2, 3, 2});
          },
          "......\n......\n..ooo.\n..o##.\n......\n......\n"},
+        {"halves go up, and the place is a little tolerant",
+         [](auto& to, auto& from) {
+             to.ZeCopyBitmap({-0.5, 0.49999999}, &from, nullptr, {0.5, 0.5, 2.0, 2.0});
+         },
+         "......\n##....\noo....\n......\n......\n......\n"},
         {"no size is all of it",
          [](auto& to, auto& from) {
              to.ZeCopyBitmap({2, 0}, &from, nullptr, {0.4, 0.4});
@@ -304,6 +327,10 @@ TEST(ZeGraphicsContext, PartsAndTheirWholeEndTogether)
     EXPECT_EQ(rect.height, 1.5);
     EXPECT_EQ(sub->GetWidth(), 3u);
     EXPECT_EQ(sub->GetHeight(), 2u);
+    ZeBitmap* none = nullptr;
+    source.ZeCopySubBitmap({}, sub, rect, nullptr);
+    source.ZeCopySubBitmap({}, sub, rect, &none);
+    EXPECT_EQ(sub->GetWidth(), 3u) << "it stays without its whole";
     source.ZeCopySubBitmap({}, sub, rect, &whole);
     EXPECT_EQ(whole, nullptr);
 
@@ -327,11 +354,15 @@ TEST(ZeGraphicsContext, DoesNothingWithoutAContext)
     none.ZeFillRectGradient(kRed, kBlue, {4, 5});
     none.ZeDrawRectangle(kRed, {4, 5}, 1);
     none.ZeDrawLine(kRed, 0, 0, 4, 5);
+    none.ZeDrawLine(kRed, 0.0, 0.0, 4.0, 5.0);
     none.ZeDrawLine(kRed, 0, 4, 5, ZeGraphicsContext::eGCDLHorz);
+    none.ShiftOrigin(1, 1, true);
     none.ZeDrawXorLine(0, 0, 4, 5);
     none.ZeDrawPath(kRed, points, 2, 1, 0, 0, 0);
     none.ZeFillPath(kRed, points, 2, 1, 1, 0);
     none.ZeDrawCurve(kRed, points, 2, 1, 1);
+    none.ZeCalcCurve(points, 2, 1, 1, 0);
+    none.ZeCleanupGraphicsContext();
     none.ZeDrawImageToFit({4, 5}, &other, nullptr);
     none.ZeDrawImage1to1({4, 5}, &other, nullptr);
     other.ZeDrawImageToFit({4, 5}, &none, nullptr);
@@ -344,7 +375,14 @@ TEST(ZeGraphicsContext, DoesNothingWithoutAContext)
     ZeRect rect(2, 2);
     ZeBitmap* whole = nullptr;
     EXPECT_EQ(none.ZeCreateSubBitmap(&other, rect, &whole), nullptr);
+    EXPECT_EQ(other.ZeCreateSubBitmap(&none, rect, &whole), nullptr);
     EXPECT_EQ(whole, nullptr);
+    none.ZeCopyBitmap({}, &other, nullptr, rect);
+    ZeBitmap* sub = other.ZeCreateSubBitmap(&other, rect, &whole);
+    none.ZeCopySubBitmap({}, sub, rect, &whole);
+    ASSERT_TRUE(whole) << "both stay the caller's";
+    ZeBitmap::ZeReleaseSubBitmap(&sub);
+    ZeBitmap::ZeReleaseSubBitmap(&whole);
     CGImage* image = other.ZeCreateImageFromContext();
     none.ZeImageRelease(&image);
     EXPECT_NE(image, nullptr);
