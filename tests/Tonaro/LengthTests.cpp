@@ -5,6 +5,7 @@
 #include "AppKit/NSApplication.h"
 #include "AppKit/NSPasteboard.h"
 #include "TonaroFormatPopUp.h"
+#include "ZeKernel/ScopedLocale.h"
 
 #include <cmath>
 #include <random>
@@ -201,6 +202,46 @@ TEST_F(LengthTest, RefusesWhatIsNoPositionAndKeepsTheValue)
         key(0x1B);
     }
     EXPECT_EQ(unit.takeLog(), "");
+}
+
+TEST_F(LengthTest, WritesAndReadsTheUsersSeparators)
+{
+    const struct {
+        const char* locale;
+        unsigned format;
+        const char* shown;
+        const char* typed;
+        const char* log; ///< null for a refusal
+    } kRows[] = {
+        {"de_DE.UTF-8", 0, "110.250", "44.100", "begin(6) set(6,1) end(6)"},
+        {"de_DE.UTF-8", 1, "00:00:02,500", "1,5", "begin(6) set(6,1.5) end(6)"},
+        {"de_DE.UTF-8", 2, "2,500000", "1,5", "begin(6) set(6,1.5) end(6)"},
+        {"de_DE.UTF-8", 3, "00:00:02,22050", "0:01,22050", "begin(6) set(6,0) end(6)"},
+        {"de_DE.UTF-8", 4, "110.250,000", "22050,0", "begin(6) set(6,0.5) end(6)"},
+        {"fr_FR.UTF-8", 0, "110\u202F250", "44100", "begin(6) set(6,1) end(6)"},
+        {"fr_FR.UTF-8", 0, "110\u202F250", "44\u202F100", nullptr},
+        {"fr_FR.UTF-8", 2, "2,500000", "1,25", "begin(6) set(6,1.25) end(6)"},
+        {"de_CH.UTF-8", 0, "110’250", "44100", "begin(6) set(6,1) end(6)"},
+        {"de_CH.UTF-8", 4, "110’250.000", "44’100", nullptr},
+        {"de_CH.UTF-8", 2, "2.500000", "1.75", "begin(6) set(6,1.75) end(6)"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(testing::Message() << row.locale << ' ' << row.format << ' ' << row.typed);
+        const ScopedLocale locale(row.locale);
+        unit.values[kParamLength] = 2.5F;
+        unit.timeFormat = row.format;
+        open();
+        EXPECT_EQ(text(), row.shown);
+        field().selectText(nullptr);
+        key(NSCarriageReturnCharacter);
+        EXPECT_EQ(unit.takeLog(), "") << "nothing was typed";
+        EXPECT_EQ(samples(), 110250);
+        NSPasteboard::setString(NSString::string(row.typed).get());
+        field().currentEditor()->paste(nullptr);
+        key(NSCarriageReturnCharacter);
+        EXPECT_EQ(unit.takeLog(), row.log ? row.log : "");
+        EXPECT_EQ(field().refusalText() != nullptr, row.log == nullptr);
+    }
 }
 
 TEST_F(LengthTest, LegalNonsenseIsWhatTheParserMakesOfIt)
