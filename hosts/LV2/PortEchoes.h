@@ -21,6 +21,7 @@ public:
     void wrote(float value, CFAbsoluteTime now);
     /// @return whether the report is the echo of a write
     bool take(float reported, CFAbsoluteTime now);
+    bool isEmpty() const { return mWrites.empty(); } ///< no write waits for its echo
     /// The host's own value that was taken for an echo, once that is known.
     std::optional<float> settle(CFAbsoluteTime now);
     /// When `settle` has something to say, at the latest; infinity where nothing is in doubt.

@@ -48,12 +48,14 @@ void PortUnit::portChanged(AudioUnitParameterID port, float value)
 {
     if (!FindToneParameter(port) || std::isnan(value)) return;
     Port& changed = mPorts[port];
-    if (changed.echoes.take(value, CFAbsoluteTimeGetCurrent()))
+    if (changed.echoes.take(value, CFAbsoluteTimeGetCurrent())) {
         changed.waiting.reset(); // what the host said before that, our write has replaced there too
-    else if (changed.isEdited())
+        if (changed.echoes.isEmpty() && !changed.isEdited()) show(port, fitting(port, value));
+    } else if (changed.isEdited()) {
         changed.waiting = fitting(port, value);
-    else
+    } else {
         show(port, fitting(port, value));
+    }
     setTimer();
 }
 
