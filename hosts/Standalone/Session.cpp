@@ -11,6 +11,19 @@ namespace {
 
 constexpr CGFloat kLayerShift = 24; ///< points between windows that lie over each other
 
+/// A view with `upper` above `lower`, as wide as `lower`. Tab reaches `lower` first.
+RetainPtr<NSView> stacked(NSView& upper, NSView& lower)
+{
+    const NSSize size = lower.frame().size;
+    const CGFloat height = upper.frame().size.height;
+    const auto both = make<NSView>(CGRectMake(0, 0, size.width, height + size.height));
+    lower.setFrame(CGRectMake(0, height, size.width, size.height));
+    upper.setFrame(CGRectMake(0, 0, size.width, height));
+    both->addSubview(&lower);
+    both->addSubview(&upper);
+    return both;
+}
+
 } // namespace
 
 std::string shortestText(float value)
@@ -41,12 +54,13 @@ Session::Session(const Options& options)
 {
     applySettings(mUnit, options.settings);
     if (options.trace) mUnit.setObserver(&mTrace);
+    mPlayer.setChangeHandler([this] { updateTransports(); });
 }
 
 Session::~Session()
 {
     mLastClosed = nullptr;
-    while (!mWindows.empty()) mWindows.back()->close();
+    while (!mWindows.empty()) mWindows.back().window->close();
     mUnit.setObserver(nullptr);
 }
 
@@ -57,24 +71,27 @@ NSWindow* Session::openEditor(double scale)
     NSView* view = factory->uiViewForAudioUnit(&mUnit, {});
     if (!view) throw InputError{"the editor can't be opened"};
 
+    const auto transport = make<Transport>(&Transport::initWithPlayer, &mPlayer);
+    if (!transport) throw InputError{"the strip above the editor can't be opened"};
+    const RetainPtr<NSView> content = stacked(*transport->view(), *view);
     NSBackendWindowOptions options;
-    options.contentSize = view->frame().size;
+    options.contentSize = content->frame().size;
     options.scale = scale;
     options.origin = placeForNext(options.contentSize);
     const auto window =
         make<NSWindow>(&NSWindow::initWithDisplay, NSApplication::sharedApplication()->display(), options);
     if (!window) throw InputError{"the window can't be opened"};
     window->setTitle(NSString::string("Tonaro").get());
-    window->setContentView(view);
+    window->setContentView(content);
     window->setCloseHandler([this, closed = window.get()] { forget(closed); });
-    mWindows.push_back(window);
+    mWindows.push_back({window, RetainPtr<TonaroCocoaView>(asKind<TonaroCocoaView>(view)), transport});
     return window;
 }
 
 NSPoint Session::placeForNext(NSSize size) const
 {
     if (mWindows.empty()) return {};
-    const NSSize screen = mWindows.front()->screenFrame().size;
+    const NSSize screen = mWindows.front().window->screenFrame().size;
     const auto fitting = [](CGFloat room, CGFloat length) {
         return std::max<std::int64_t>(1, NSTruncate(room / length));
     };
@@ -86,13 +103,15 @@ NSPoint Session::placeForNext(NSSize size) const
     return {static_cast<CGFloat>(column) * size.width + shift, static_cast<CGFloat>(row) * size.height + shift};
 }
 
-TonaroCocoaView* Session::editor(std::size_t index) const
-{
-    return asKind<TonaroCocoaView>(mWindows.at(index)->contentView());
-}
+TonaroCocoaView* Session::editor(std::size_t index) const { return mWindows.at(index).editor; }
 
 void Session::forget(NSWindow* window)
 {
-    std::erase_if(mWindows, [window](const RetainPtr<NSWindow>& other) { return other == window; });
+    std::erase_if(mWindows, [window](const OpenEditor& open) { return open.window == window; });
     if (mWindows.empty() && mLastClosed) mLastClosed();
+}
+
+void Session::updateTransports()
+{
+    for (const OpenEditor& open : mWindows) open.transport->update();
 }

@@ -4,6 +4,7 @@
 
 #include "AppKit/NSWindow.h"
 #include "Standalone/Options.h"
+#include "Standalone/Transport.h"
 #include "TonaroCocoaView.h"
 #include "ToneUnit/ToneUnit.h"
 
@@ -32,20 +33,29 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// A window with an editor on the unit, on the application's display, not shown yet. @throw InputError
+    /// A window with an editor on the unit and the strip of the player above it, on the application's display, not
+    /// shown yet. Tab reaches the editor's controls first, then the strip's. @throw InputError
     NSWindow* openEditor(double scale);
     TonaroCocoaView* editor(std::size_t index) const;
+    TonePlayer& player() { return mPlayer; } ///< of the unit's tone, one for all windows
     std::size_t openEditors() const { return mWindows.size(); }
     /// Called when the last editor closed.
     void setLastClosedHandler(std::function<void()> handler) { mLastClosed = std::move(handler); }
 
 private:
+    struct OpenEditor {
+        RetainPtr<NSWindow> window;
+        RetainPtr<TonaroCocoaView> editor;
+        RetainPtr<Transport> transport;
+    };
     void forget(NSWindow* window);
+    void updateTransports();
     /// Beside the windows that are there, in rows, as far as the screen reaches; further ones lie over them.
     NSPoint placeForNext(NSSize size) const;
 
     UnitTrace mTrace{stdout};
     ToneUnit mUnit;
-    std::vector<RetainPtr<NSWindow>> mWindows;
+    TonePlayer mPlayer{mUnit};
+    std::vector<OpenEditor> mWindows;
     std::function<void()> mLastClosed;
 };

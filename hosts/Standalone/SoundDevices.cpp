@@ -171,29 +171,52 @@ private:
     bool mIsAlive = true;
 };
 
+/// Calls `take` with each device of that name, or with each one when it is empty, until it says that it is done.
+template <typename Take> void forEachDevice(const std::string& name, Take take)
+{
+    const QuietStandardError quiet;
+    for (const RtAudio::Api interface : kInterfaces)
+        for (const FoundDevice& found : devicesOf(interface))
+            if ((name.empty() || found.name == name) && take(found)) return;
+}
+
+SoundDevice factsOf(const FoundDevice& found)
+{
+    return {found.name, found.info.outputChannels, rateFor(found.info, 0)};
+}
+
 } // namespace
 
 std::vector<SoundDevice> findSoundDevices()
 {
-    const QuietStandardError quiet;
     std::vector<SoundDevice> devices;
-    for (const RtAudio::Api interface : kInterfaces)
-        for (const FoundDevice& found : devicesOf(interface))
-            devices.push_back({found.name, found.info.outputChannels, rateFor(found.info, 0)});
+    forEachDevice("", [&](const FoundDevice& found) {
+        devices.push_back(factsOf(found));
+        return false;
+    });
     return devices;
+}
+
+std::optional<SoundDevice> findSoundDevice(const std::string& name)
+{
+    std::optional<SoundDevice> device;
+    forEachDevice(name, [&](const FoundDevice& found) {
+        device = factsOf(found);
+        return true;
+    });
+    return device;
 }
 
 std::unique_ptr<SoundOutput> openSoundDevice(const std::string& name, double wantedSampleRate)
 {
-    const QuietStandardError quiet;
-    for (const RtAudio::Api interface : kInterfaces)
-        for (const FoundDevice& found : devicesOf(interface)) {
-            if (!name.empty() && found.name != name) continue;
-            try {
-                return std::make_unique<DeviceOutput>(found, wantedSampleRate);
-            } catch (const RtAudioError&) {
-                // the next one then
-            }
+    std::unique_ptr<SoundOutput> output;
+    forEachDevice(name, [&](const FoundDevice& found) {
+        try {
+            output = std::make_unique<DeviceOutput>(found, wantedSampleRate);
+        } catch (const RtAudioError&) {
+            // another one may do
         }
-    return nullptr;
+        return output != nullptr;
+    });
+    return output;
 }

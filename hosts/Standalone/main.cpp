@@ -1,6 +1,7 @@
 // tonaro: the editor on a tone unit, in a window of its own.
 
 #include "AppKit/NSApplication.h"
+#include "CoreFoundation/CFRunLoop.h"
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSAutoreleasePool.h"
 #include "Foundation/NSLog.h"
@@ -25,8 +26,24 @@ public:
     }
 };
 
+/// Gives the session the sound that was asked for.
+void findSound(TonePlayer& player, const Options& options)
+{
+    const auto open = [name = options.device](double rate) { return openSoundDevice(name, rate); };
+    const std::optional<SoundDevice> device = findSoundDevice(options.device);
+    player.useDevice(device ? device->name : "", open);
+}
+
+void checkDevice(const Options& options)
+{
+    if (options.device.empty() || options.mute || findSoundDevice(options.device)) return;
+    throw InputError{"--device: there is no sound device “" + options.device +
+                     "”; --list-devices names those there are"};
+}
+
 void runWindows(const Options& options)
 {
+    checkDevice(options);
     NSApplication* application = NSApplication::sharedApplication();
     std::string error;
     std::unique_ptr<NSDisplay> display = NSMakeX11Display(nullptr, &error);
@@ -40,6 +57,9 @@ void runWindows(const Options& options)
         application->stop();
     });
     for (int i = 0; i < options.editors; ++i) session.openEditor(options.scale)->orderFront();
+    // looked for once the windows are there, since some machines take their time to tell
+    const auto find = [&] { options.mute ? session.player().mute() : findSound(session.player(), options); };
+    CFRunLoopPerformBlock(CFRunLoopGetCurrent(), kCFRunLoopDefaultMode, find);
     application->run();
 }
 

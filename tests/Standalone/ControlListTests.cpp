@@ -41,7 +41,9 @@ struct ListedEditor {
 TEST(ControlList, StandsInTabOrderWhereAPersonSeesTheControls)
 {
     const ListedEditor editor(optionsWith({{"use-end", "1"}}));
-    ASSERT_EQ(editor.list.size(), editor.window->keyViews().size());
+    const std::vector<NSView*> views = editor.window->keyViews();
+    const auto isOfEditor = [&](const NSView* view) { return view->isDescendantOf(editor.session.editor(0)); };
+    ASSERT_EQ(editor.list.size(), static_cast<std::size_t>(std::count_if(views.begin(), views.end(), isOfEditor)));
     for (const Json& control : editor.list) {
         editor.window->selectNextKeyView();
         const auto* focused = asKind<NSView>(editor.window->firstResponder());
@@ -100,7 +102,7 @@ TEST(Screenshot, NamesTheFileThatCantBeWritten)
     }
 }
 
-TEST(Screenshot, IsAsLargeAsTheEditorAtItsScale)
+TEST(Screenshot, IsAsLargeAsTheWindowAtItsScale)
 {
     const SessionScene scene;
     Options options;
@@ -111,7 +113,7 @@ TEST(Screenshot, IsAsLargeAsTheEditorAtItsScale)
     std::remove(options.file.c_str());
     ASSERT_TRUE(picture);
     EXPECT_EQ(CGImageGetWidth(picture), 960U);
-    EXPECT_EQ(CGImageGetHeight(picture), 639U);
+    EXPECT_EQ(CGImageGetHeight(picture), 723U) << "the editor, and the strip above it";
 }
 
 } // namespace

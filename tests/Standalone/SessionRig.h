@@ -19,8 +19,8 @@ public:
         for (const char* path : {TONARO_BUNDLES "/org.tonaro.view.bundle", TONARO_BUNDLES "/org.tonaro.host.bundle"}) {
             const auto bundle = NSBundle::bundleWithPath(path);
             NSBundle::registerBundle(bundle);
-        NSBundle::setMainBundle(NSBundle::bundleWithPath(TONARO_BUNDLES "/org.tonaro.host.bundle").get());
         }
+        NSBundle::setMainBundle(NSBundle::bundleWithIdentifier("org.tonaro.host"));
         NSApplication::sharedApplication()->setDisplay(NSMakeOffscreenDisplay());
     }
     ~SessionScene() { NSApplication::sharedApplication()->setDisplay(nullptr); }

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr double kSilence = 0.2;    // seconds: within two intervals of the unit's events, and some drawing
-constexpr int kHeightForEach = 450; // pixels of the screen
+constexpr int kHeightForEach = 530; // pixels of the screen
 
 double NumberAtEnd(const std::string& line)
 {
@@ -63,7 +63,7 @@ EditorTest::EditorTest() : person(server.display()) {}
 
 void EditorTest::start(const std::vector<std::string>& options)
 {
-    std::vector<std::string> words = {TONARO_PROGRAM, "--trace", "--scale=1"};
+    std::vector<std::string> words = {TONARO_PROGRAM, "--trace", "--scale=1", "--mute"};
     words.insert(words.end(), options.begin(), options.end());
     editor.emplace(words, std::vector<std::string>{server.setting(), "LC_ALL=C.UTF-8"});
     const std::size_t count = std::find(options.begin(), options.end(), "--editors=2") != options.end() ? 2 : 1;

@@ -35,6 +35,7 @@ public:
     /// All of its output, until it ends.
     std::string allOutput(double seconds = 20);
     void writeInput(const std::string& text); ///< and closes its standard input
+    pid_t process() const { return mProcess; }
     void sendSignal(int signal);
     /// Its exit status, or minus the signal that ended it; nothing when it goes on.
     std::optional<int> waitForExit(double seconds);
