@@ -9,7 +9,8 @@
 ///
 /// For the thread of the user interface.
 ///
-/// Failure: a result code; 0 is success. A text that no table has is its id.
+/// Failure: a result code; 0 is success. A text that no table has is its id. An id or a name of 64 or more elements is
+/// a fatal assertion.
 
 #include "ZeResourcesBase.h"
 

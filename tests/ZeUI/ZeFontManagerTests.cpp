@@ -78,6 +78,14 @@ TEST(ZeFontManager, MakesAndMeasuresOnce)
     EXPECT_EQ(manager.measured, 2);
 }
 
+TEST(ZeFontManager, AFontThatWasNotStoredHasNoSize)
+{
+    struct ForgetfulManager : ZeFontManagerMacImpl {
+        CTFontRef createFontFor(int) override { return sharedFontManager().fontFor(0); }
+    } manager;
+    EXPECT_EQ(manager.fontSize(0), tagSIZE{});
+}
+
 TEST(ZeFontManager, MeasuresInk)
 {
     const CTFontRef font = ZeFontManager::sharedFontManager().fontFor(2);
@@ -96,4 +104,6 @@ TEST(ZeFontManager, MeasuresInk)
     CGContextSetTextMatrix(view, {1, 0, 0, -1, 0.3, 0.7});
     const NSGraphicsContext::Scope current(view);
     EXPECT_EQ(sizeOf(L"000", font), (tagSIZE{21, 10})); // units of the view, wherever the text stands
+    CGContextSetTextMatrix(view, {2, 0, 0, -2, 0, 0});
+    EXPECT_EQ(sizeOf(L"000", font), (tagSIZE{41, 19})); // as large as it would be drawn there
 }

@@ -10,6 +10,8 @@
 namespace {
 
 constexpr auto kGlyphVariant = static_cast<tResCacheType>(0xA0000 + 5);
+constexpr auto kHiliteVariant = static_cast<tResCacheType>(0xE0000);
+constexpr auto kNoGlyph = static_cast<tResCacheType>(0x90000);
 constexpr auto kGlyph = static_cast<tResCacheType>(eResCacheGlyph + 1);
 constexpr auto kHilite = static_cast<tResCacheType>(eResCacheGlyphHilite + 1);
 constexpr auto kOther = static_cast<tResCacheType>(0x10000);
@@ -22,15 +24,16 @@ struct Picture {
 };
 
 struct ZeResCacheTest : testing::Test {
-    /// One item for each letter, all named "n": Any, Data, String, Bitmap, Object, Glyph, Hilite glyph, Variant glyph,
-    /// and X of a type without a name; lower case isn't owned, "0" stands for a bitmap and "1" for a string without
-    /// data.
+    /// One item for each letter, all named "n": Any, Data, String, Bitmap, Object, Glyph, Hilite glyph, Variants V and
+    /// W of them, and X and Y of types without a name; lower case isn't owned, "0" stands for a bitmap and "1" for a
+    /// string without data.
     void add(std::string_view letters)
     {
         static const std::map<char, tResCacheType> kTypes = {
-            {'A', eResCacheAny},    {'D', eResCacheData},   {'S', eResCacheString}, {'B', eResCacheBitmap},
-            {'O', eResCacheObject}, {'G', kGlyph},          {'H', kHilite},         {'V', kGlyphVariant},
-            {'X', kOther},          {'0', eResCacheBitmap}, {'1', eResCacheString}};
+            {'A', eResCacheAny},    {'D', eResCacheData},  {'S', eResCacheString}, {'B', eResCacheBitmap},
+            {'O', eResCacheObject}, {'G', kGlyph},         {'H', kHilite},         {'V', kGlyphVariant},
+            {'X', kOther},          {'W', kHiliteVariant}, {'Y', kNoGlyph},        {'0', eResCacheBitmap},
+            {'1', eResCacheString}};
         for (const char letter : letters) {
             const int upper = std::toupper(letter);
             const tResCacheType type = kTypes.at(static_cast<char>(upper));
@@ -42,7 +45,8 @@ struct ZeResCacheTest : testing::Test {
     {
         if (type == eResCacheObject) return &foreign;
         if (type == eResCacheString) return new wchar_t[1]{};
-        if (type == eResCacheBitmap || (type & 0x80000) != 0) return new ZeBitmap(Picture().handOver(), true);
+        if (type == eResCacheBitmap || ((type & 0x80000) != 0 && type != kNoGlyph))
+            return new ZeBitmap(Picture().handOver(), true);
         return new char[1]{};
     }
     /// The count of each slot, '-' for an empty one.
@@ -114,7 +118,10 @@ TEST_F(ZeResCacheTest, UnloadWalksTheItemsOfAName)
         {"a bitmap that stays hides the string", "BS", "B", "11"},
         {"the first string alone", "SSB", "", "-11"},
         {"bitmaps, one glyph, nothing behind it", "BGBV", "", "--11"},
-        {"a highlighted glyph and a variant are glyphs", "HV", "", "-1"},
+        {"a highlighted glyph is one", "HV", "", "-1"},
+        {"so are the variants", "VW", "", "-1"},
+        {"both of them", "WV", "", "-1"},
+        {"but nothing in between", "YS", "", "11"},
         {"a glyph that stays hides the string", "GS", "G", "11"},
         {"what isn't owned stays and hides", "bS", "", "11"},
         {"what has no data", "1S", "", "11"},
@@ -154,7 +161,7 @@ TEST_F(ZeResCacheTest, ResetFreesWhatIsOwnedAndLeavesTheRest)
     cache.AllocAddGlyphItem(L"g", 0, image, kHilite);
     ZeBitmap borrowed(lent.kept.get(), false);
     cache.AddItem(L"l", 0, &borrowed, false, eResCacheBitmap);
-    add("ADSBGHVXOadsbgx01");
+    add("ADSBGHVWXYOadsbgx01");
     cache.Reset();
     EXPECT_TRUE(cache.items.empty());
     EXPECT_FALSE(bitmap.seen);
@@ -176,6 +183,7 @@ TEST_F(ZeResCacheTest, CopiesOfDataFollowTheType)
         {eResCacheBitmap, 8, false, true},  {eResCacheObject, 8, false, true}, {kOther, 5, true, true},
         {eResCacheString, 0, false, false}, {eResCacheData, 0, false, false},  {eResCacheData, -1, false, true},
     };
+    EXPECT_EQ(cache.AllocAddItem(L"n", 8, nullptr, eResCacheData), nullptr); // nothing to copy
     const wchar_t source[] = L"x";
     for (const auto& row : kRows) {
         SCOPED_TRACE(testing::Message() << row.type << ", " << row.size);

@@ -121,6 +121,9 @@ TEST_F(ZeResourcesTest, TheCacheAnswersUntilItIsReset)
     EXPECT_TRUE(cache.items.empty());
     EXPECT_EQ(loader.GetResString(L"a", text), kZeSuccess);
     EXPECT_EQ(text, L"English");
+    host.writePNG("tick.png", 1, 1);
+    EXPECT_EQ(loader.LoadResImage(L"tick.png", nullptr), kZeSuccess); // into the cache alone
+    EXPECT_EQ(cache.items.size(), 2U);
 }
 
 TEST_F(ZeResourcesTest, AnIdMayBePartOfItsText)
@@ -168,7 +171,12 @@ TEST_F(ZeResourcesTest, WithoutMemoryThereIsNoLoader)
     EXPECT_EQ(resources.Init(nullptr), kZeOutOfMemory);
     EXPECT_EQ(loader.Init(nullptr, nullptr), kZeOutOfMemory);
     EXPECT_EQ(loader.Init(&cache), kZeSuccess); // needs none of its own
+    EXPECT_EQ(loader.Init(nullptr, nullptr), kZeOutOfMemory);
     refusesMemory = false;
+    ZeString text = L"old";
+    EXPECT_EQ(loader.GetResString(L"id", text), kZeInvalidParameter); // what it had is gone
+    EXPECT_EQ(loader.LoadResImage(L"tick.png", nullptr), kZeInvalidParameter);
+    EXPECT_EQ(loader.Reset(), kZeSuccess);
     EXPECT_EQ(textOf(resources, L"id"), L"error 87");
 }
 

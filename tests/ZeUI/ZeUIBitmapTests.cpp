@@ -154,7 +154,9 @@ TEST(ZeBitmap, IsEmptyWithoutAPicture)
     for (const std::string& whole : {png, jpeg})
         for (std::size_t length = 0; length < whole.size(); ++length)
             EXPECT_FALSE(bitmapOf(whole.substr(0, length))->GetImage()) << length << " of " << whole.size();
-    expectEmpty(*bitmapOf("GIF89a and so on"));
+    const auto other = bitmapOf("GIF89a and so on");
+    expectEmpty(*other);
+    EXPECT_FALSE(other->ownsImage || other->bufferImage);
     expectEmpty(*bitmapOf(bytesOf(k30000By30000PNG)));
     expectEmpty(ZeBitmap(CFURLCreateFromFileSystemRepresentation("/missing/tick.png").get()));
     expectEmpty(ZeBitmap(CFURLCreateFromFileSystemRepresentation("/dev/zero").get()));

@@ -187,6 +187,7 @@ TEST(ZeGraphicsContext, PathsAreStrokedAndFilled)
     const ZeFPoint square[] = {{1.5, 1.5}, {5.5, 1.5}, {5.5, 5.5}, {1.5, 5.5}};
     Canvas stroked(7, 7);
     CGContextMoveToPoint(stroked.bitmap, 0, 0); // what was begun before is dropped
+    CGContextAddLineToPoint(stroked.bitmap, 7, 0);
     stroked.drawing.ZeDrawPath(kWhite, square, 4, 1.0, 0, 0, 0);
     EXPECT_EQ(stroked.pixel(1, 4) + stroked.pixel(3, 1) + stroked.pixel(5, 5), "ffffffffffffffffffffffff");
     EXPECT_EQ(stroked.pixel(3, 3) + stroked.pixel(0, 0), "0000000000000000");

@@ -79,6 +79,13 @@ TEST(ZeGraphicsContext, LongStringsAreCutFourWays)
     }
 }
 
+TEST(ZeGraphicsContext, TheFirstCharacterNeedsMoreThanItsWidth)
+{
+    ASSERT_EQ(Canvas(1, 1).drawing.GetSizeWithFont(L"0", 2).width, 6);
+    EXPECT_EQ(inkOf(drawn(L"0", {10, 20, 6, 30}, 2, 0, 3, 1).get()), 0);
+    EXPECT_GT(inkOf(drawn(L"0", {10.0, 20.0, 6.01, 30.0}, 2, 0, 3, 1).get()), 0);
+}
+
 TEST(ZeGraphicsContext, StringsAreDrawnInTheirColourOrNotAtAll)
 {
     Canvas canvas(40, 40);
