@@ -1,0 +1,250 @@
+// The sounding half: what it renders, its messages, its state, and what it must not do while it renders.
+
+#include "LV2/ToneProcessor.h"
+#include "LV2/PlugInHost.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <numbers>
+
+#include <linux/seccomp.h>
+#include <lv2/atom/util.h>
+#include <lv2/patch/patch.h>
+#include <lv2/time/time.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<std::size_t> gAllocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    ++gAllocations;
+    if (void* const block = std::malloc(size)) return block;
+    throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+namespace {
+
+using std::numbers::pi;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+/// A message as a host or an editor makes one.
+class Message {
+public:
+    Message(Names& names, const char* type)
+    {
+        lv2_atom_forge_init(&mForge, names.map());
+        lv2_atom_forge_set_buffer(&mForge, mBytes.data(), mBytes.size());
+        lv2_atom_forge_object(&mForge, &mFrame, 0, names(type));
+    }
+    Message& key(LV2_URID key)
+    {
+        lv2_atom_forge_key(&mForge, key);
+        return *this;
+    }
+    Message& urid(LV2_URID value) { return lv2_atom_forge_urid(&mForge, value), *this; }
+    Message& integer(std::int32_t value) { return lv2_atom_forge_int(&mForge, value), *this; }
+    Message& number(float value) { return lv2_atom_forge_float(&mForge, value), *this; }
+    void sendTo(HostedTone& tone)
+    {
+        tone.send(mBytes.data(), lv2_atom_total_size(reinterpret_cast<const LV2_Atom*>(mBytes.data())));
+    }
+
+private:
+    LV2_Atom_Forge mForge;
+    LV2_Atom_Forge_Frame mFrame;
+    alignas(8) std::array<std::uint8_t, 256> mBytes{};
+};
+
+Message SetFormat(Names& names, std::int32_t format)
+{
+    Message message(names, LV2_PATCH__Set);
+    message.key(names(LV2_PATCH__property)).urid(names(kTonaroTimeFormatURI));
+    message.key(names(LV2_PATCH__value)).integer(format);
+    return message;
+}
+
+TEST(ToneProcessor, RendersWhatItsPortsSay)
+{
+    Names names;
+    HostedTone tone(names);
+    tone.controls[kParamStartFrequency] = 997.0f;
+    tone.controls[kParamGain] = 0.0f;
+    const auto samples = tone.rendered(20);
+    double worst = 0;
+    for (std::size_t n = 0; n < samples.size(); ++n)
+        worst = std::max(worst, std::abs(samples[n] - std::sin(2 * pi * 997.0 * double(n) / 48000.0)));
+    EXPECT_LT(worst, 1e-6);
+    EXPECT_EQ(tone.outputs[0], tone.outputs[1]);
+
+    HostedTone mono(names, kTonaroMonoURI);
+    mono.controls = tone.controls;
+    EXPECT_EQ(mono.rendered(20), samples);
+}
+
+TEST(ToneProcessor, RepeatsASweepAndGoesOnWithATone)
+{
+    Names names;
+    HostedTone tone(names);
+    tone.controls[kParamStartFrequency] = 1000.0f;
+    tone.controls[kParamEndFrequency] = 4000.0f;
+    tone.controls[kParamUseEnd] = 1.0f;
+    tone.controls[kParamLength] = 0.128f; // 24 blocks
+    const auto crossings = [&](std::size_t blocks) {
+        const auto samples = tone.rendered(blocks);
+        int count = 0;
+        for (std::size_t n = 1; n < samples.size(); ++n) count += samples[n - 1] <= 0 && samples[n] > 0;
+        return count;
+    };
+    EXPECT_NEAR(crossings(6), 1375 * 0.032, 2); // the first quarter, and the last
+    crossings(12);
+    EXPECT_NEAR(crossings(6), 3625 * 0.032, 2);
+    EXPECT_NEAR(crossings(6), 1375 * 0.032, 2);
+    // a transport that starts to roll begins it anew
+    Message(names, LV2_TIME__Position).key(names(LV2_TIME__speed)).number(1.0f).sendTo(tone);
+    EXPECT_NEAR(crossings(6), 1375 * 0.032, 2);
+    Message(names, LV2_TIME__Position).key(names(LV2_TIME__speed)).number(1.0f).sendTo(tone);
+    EXPECT_NEAR(crossings(6), 2125 * 0.032, 2); // goes on: it rolled already
+}
+
+TEST(ToneProcessor, TakesControlsThatDontFit)
+{
+    Names names;
+    HostedTone tone(names);
+    for (const float wild : {std::nanf(""), std::numeric_limits<float>::infinity(), -1e30f, 1e30f, 0.0f}) {
+        tone.controls.fill(wild);
+        EXPECT_THAT(tone.rendered(4), Each(testing::AllOf(testing::Ge(-1.5f), testing::Le(1.5f)))) << wild;
+    }
+}
+
+TEST(ToneProcessor, KeepsTheTimeFormatInItsState)
+{
+    Names names;
+    HostedTone tone(names);
+    const LV2_URID format = names(kTonaroTimeFormatURI);
+    EXPECT_THAT(tone.saved(), ElementsAre(Pair(format, 1)));
+    SetFormat(names, 5).sendTo(tone);
+    tone.run();
+    EXPECT_THAT(tone.saved(), ElementsAre(Pair(format, 5)));
+    for (const std::int32_t wrong : {-1, 21, 1 << 30}) {
+        SetFormat(names, wrong).sendTo(tone);
+        tone.run();
+        tone.restore({{format, wrong}});
+        EXPECT_THAT(tone.saved(), ElementsAre(Pair(format, 5))) << wrong;
+    }
+    HostedTone other(names);
+    other.restore(tone.saved());
+    EXPECT_EQ(other.saved(), tone.saved());
+    other.restore({});
+    EXPECT_THAT(other.saved(), ElementsAre(Pair(format, 1)));
+}
+
+TEST(ToneProcessor, TellsItsTimeFormatWhenAskedOrChanged)
+{
+    Names names;
+    HostedTone tone(names);
+    const auto told = [&] {
+        tone.run();
+        std::vector<std::int32_t> formats;
+        for (const auto& bytes : tone.takenMessages()) {
+            const auto* const object = reinterpret_cast<const LV2_Atom_Object*>(bytes.data());
+            const LV2_Atom* value = nullptr;
+            lv2_atom_object_get(object, names(LV2_PATCH__value), &value, 0);
+            EXPECT_EQ(object->body.otype, names(LV2_PATCH__Set));
+            if (value) formats.push_back(reinterpret_cast<const LV2_Atom_Int*>(value)->body);
+        }
+        return formats;
+    };
+    EXPECT_THAT(told(), IsEmpty());
+    Message(names, LV2_PATCH__Get).sendTo(tone);
+    EXPECT_THAT(told(), ElementsAre(1));
+    Message(names, LV2_PATCH__Get).key(names(LV2_PATCH__property)).urid(names("urn:another")).sendTo(tone);
+    Message(names, LV2_PATCH__Set).key(names(LV2_PATCH__property)).urid(names(kTonaroTimeFormatURI)).sendTo(tone);
+    EXPECT_THAT(told(), IsEmpty());
+    SetFormat(names, 3).sendTo(tone);
+    EXPECT_THAT(told(), ElementsAre(3));
+    tone.restore({{names(kTonaroTimeFormatURI), 4}});
+    EXPECT_THAT(told(), ElementsAre(4));
+    EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST(ToneProcessor, NeedsNoPortsButRefusesAHostWithoutNames)
+{
+    const SharedObject object("tonaro.so");
+    const LV2_Descriptor* plugin = object.function<const LV2_Descriptor*(std::uint32_t)>("lv2_descriptor")(0);
+    const LV2_Feature* const nothing[] = {nullptr};
+    EXPECT_EQ(plugin->instantiate(plugin, 48000.0, "", nothing), nullptr);
+    Names names;
+    const LV2_Feature map{LV2_URID__map, names.map()};
+    const LV2_Feature* const features[] = {&map, nullptr};
+    const LV2_Handle handle = plugin->instantiate(plugin, 48000.0, "", features);
+    plugin->activate(handle);
+    plugin->run(handle, 64);
+    plugin->run(handle, 0);
+    plugin->cleanup(handle);
+}
+
+/// Everything that happens while a plug-in runs: values that change, messages, each waveform, sweeps.
+void RunEverything(HostedTone& tone)
+{
+    for (int block = 0; block < 400; ++block) {
+        tone.controls[kParamWaveform] = static_cast<float>(block % 4);
+        tone.controls[kParamStartFrequency] = static_cast<float>(20 + block * 37 % 9000);
+        tone.controls[kParamUseEnd] = static_cast<float>(block % 3 == 0);
+        tone.controls[kParamLogSweep] = static_cast<float>(block % 2);
+        tone.controls[kParamGain] = static_cast<float>(-(block % 121));
+        tone.controls[kParamLength] = 0.001f * static_cast<float>(1 + block % 50);
+        tone.runOnly();
+    }
+}
+
+TEST(ToneProcessor, AllocatesNothingWhileItRuns)
+{
+    Names names;
+    HostedTone tone(names);
+    Message(names, LV2_PATCH__Get).sendTo(tone);
+    tone.prepareMessages();
+    const std::size_t before = gAllocations;
+    RunEverything(tone);
+    EXPECT_EQ(gAllocations, before);
+    const std::vector<int> counted(10);
+    EXPECT_GT(gAllocations, before);
+}
+
+TEST(ToneProcessor, CallsNothingOfTheSystemWhileItRuns)
+{
+    Names names;
+    HostedTone tone(names);
+    Message(names, LV2_PATCH__Get).sendTo(tone);
+    tone.prepareMessages();
+    tone.runOnly(); // the loader finds the functions at their first call
+    const pid_t child = fork();
+    if (child == 0) { // from here on the kernel kills whoever calls it for more than an exit
+        if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT) != 0) _exit(2);
+        RunEverything(tone);
+        syscall(SYS_exit, 0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 2) GTEST_SKIP() << "this kernel lets nobody forbid calls";
+    EXPECT_TRUE(WIFEXITED(status)) << "a call of the system, signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+} // namespace
