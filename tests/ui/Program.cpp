@@ -165,6 +165,14 @@ void Program::writeInput(const std::string& text)
     CloseOnce(mInput);
 }
 
+void Program::terminate()
+{
+    if (mStatus) return;
+    kill(mProcess, SIGTERM);
+    if (!waitForExit(5)) kill(mProcess, SIGKILL);
+    waitForExit(5);
+}
+
 std::optional<int> Program::waitForExit(double seconds)
 {
     const double until = SecondsNow() + seconds;

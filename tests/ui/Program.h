@@ -37,6 +37,7 @@ public:
     void writeInput(const std::string& text); ///< and closes its standard input
     pid_t process() const { return mProcess; }
     void sendSignal(int signal);
+    void terminate(); ///< asks it to end, and waits; kills it when it doesn't
     /// Its exit status, or minus the signal that ended it; nothing when it goes on.
     std::optional<int> waitForExit(double seconds);
 
