@@ -5,6 +5,7 @@
 #include "Foundation/NSLog.h"
 #include "TonaroFormatPopUp.h"
 #include "TonaroFrequencyScale.h"
+#include "TonaroNumberFormatters.h"
 
 NS_CLASS_TABLE(TonaroCocoaViewFactory, NSObject, kTonaroViewBundleIdentifier)
     .outlet("uiFreshlyLoadedView", &TonaroCocoaViewFactory::uiFreshlyLoadedView) NS_CLASS_TABLE_END
@@ -21,6 +22,8 @@ bool TonaroCocoaViewFactory::init()
     // only the interface description names these classes; naming them here too keeps the linker from leaving them out
     NSRegisterClass(TonaroFrequencyScale::staticClass());
     NSRegisterClass(TonaroFormatPopUp::staticClass());
+    NSRegisterClass(TonaroFrequencyFormatter::staticClass());
+    NSRegisterClass(TonaroGainFormatter::staticClass());
     return NSObject::init();
 }
 
