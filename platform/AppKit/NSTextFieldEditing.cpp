@@ -87,12 +87,14 @@ bool NSTextField::commit(Ending ending)
     if (!mEditor || !mEditor->isEdited()) return true;
     RetainPtr<NSObject> value;
     if (!readText(value)) return false;
-    if (value) cell()->setObjectValue(value);
+    const RetainPtr<NSCell> holder(cell());
+    if (!holder) value = nullptr; // the cell was taken away during the edit, and the value with it
+    if (value) holder->setObjectValue(value);
     showValue();
     mEditor->selectAll(nullptr);
     setNeedsDisplay();
     // last, since the action may do anything, throw included
-    if (value && (ending == Ending::byReturn || cell()->sendsActionOnEndEditing())) sendAction(action(), target());
+    if (value && (ending == Ending::byReturn || holder->sendsActionOnEndEditing())) sendAction(action(), target());
     return true;
 }
 

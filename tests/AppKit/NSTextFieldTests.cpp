@@ -281,6 +281,20 @@ TEST(NSTextField, AnEditIsGivenUpWhenTheFieldGoesAway)
     }
 }
 
+TEST(NSTextField, ACellTakenAwayDuringAnEditTakesTheValueAlong)
+{
+    for (const char* keys : {"Ret", "Tab", "Esc"}) {
+        SCOPED_TRACE(keys);
+        Fields f;
+        f.focus();
+        f.keys("5");
+        f.field->setCell(nullptr);
+        f.keys(keys);
+        EXPECT_EQ(f.takeLog(), "");
+        EXPECT_EQ(f.field->objectValue(), nullptr);
+    }
+}
+
 TEST(NSTextField, AnActionMayDoAnything)
 {
     static const struct {
