@@ -12,7 +12,8 @@ bool IsControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0x
 bool IsFunctionKey(char16_t unit) { return unit >= 0xF700 && unit <= 0xF8FF; }
 bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-bool IsLineEnd(char16_t unit) { return unit == u'\n' || unit == u'\r' || unit == 0x2028 || unit == 0x2029; }
+/// Vertical tab, form feed and "next line" included.
+bool IsLineEnd(char16_t unit) { return (unit >= u'\n' && unit <= u'\r') || unit == 0x85 || (unit | 1) == 0x2029; }
 
 /// How many units the character at `index` has: 2 for a pair, 0 for half of one.
 std::size_t UnitsAt(std::u16string_view text, std::size_t index)

@@ -189,7 +189,8 @@ TEST(NSPastableText, HasNoControlCharacters)
         {"plain", u"440", u"440"},
         {"a copied line", u"440\r\n", u"440\n"},
         {"line ends stay", u"\n12\r\n34\r56\n\n78\n", u"\n12\n34\n56\n\n78\n"},
-        {"tabs and control characters", u"1\t2\u00013\u0085", u"1\t23"},
+        {"rarer ones, too", u"1\v2\f3\u00854", u"1\n2\n3\n4"},
+        {"tabs and control characters", u"1\t2\u00013\u0084", u"1\t23"},
         {"half a pair", u"1\xD834 2\xDD1E", u"1 2"},
         {"a pair", u"\U0001D11E", u"\U0001D11E"},
     };
