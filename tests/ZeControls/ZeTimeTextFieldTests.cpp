@@ -228,6 +228,17 @@ TEST_F(ZeTimeTextFieldTest, StepsStopAtTheEndsOf64Bits)
     EXPECT_EQ(samples(), kMost);
 }
 
+TEST_F(ZeTimeTextFieldTest, ALengthStepsDownToNothing)
+{
+    for (const bool isLength : {true, false}) {
+        field->setIsLength(isLength);
+        field->setObjectValue(NSNumber::numberWithLongLong(1000).get());
+        focus();
+        rig.key(NSDownArrowFunctionKey);
+        EXPECT_EQ(samples(), isLength ? 0 : 1000 - 4800);
+    }
+}
+
 TEST_F(ZeTimeTextFieldTest, RefusedTextStaysWithItsReason)
 {
     std::string logged;

@@ -3,6 +3,7 @@
 #include "Foundation/NSClass.h"
 #include "TextField/ZeTimeTextFieldCell.h"
 
+#include <algorithm>
 #include <limits>
 
 NS_CLASS_TABLE(ZeTimeTextField, NSTextField, "")
@@ -113,7 +114,8 @@ bool ZeTimeTextField::stepWithKey(bool up, NSEvent& event)
     }
     setFormat(format()); // brings the format's own frame rate back
     const auto* const number = asKind<NSNumber>(value.get());
-    const long long position = Stepped(number ? number->longLongValue() : 0, getIncrement(), up);
+    long long position = Stepped(number ? number->longLongValue() : 0, getIncrement(), up);
+    if (m_Formatter && m_Formatter->isLength()) position = std::max(position, 0LL);
     setObjectValue(NSNumber::numberWithLongLong(position).get());
     abortEditing(); // shows the value, all selected
     sendAction(action(), target());

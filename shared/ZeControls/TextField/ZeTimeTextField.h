@@ -4,8 +4,8 @@
 ///
 /// The value is a number object. The menu comes by a right press, a Control-click, the menu key and Shift-F10, and
 /// while the field is edited as well, where its cell is a ZeTimeTextFieldCell. Choosing a format shows the value in it,
-/// drops what was being typed, and sends no action. Up and Down step the value by one unit of the format, and send the
-/// action.
+/// drops what was being typed, and sends no action. Up and Down step the value by one unit of the format, a length to 0
+/// at the least, and send the action.
 ///
 /// A field that doesn't come from `initWithFrame` has no menu, and gets its formatter from the first call that needs
 /// it.
@@ -24,7 +24,7 @@ public:
     /// Makes and attaches the formatter unless there is one; it gets the field's value.
     void initFormatter();
 
-    /// Shows the value in another format (`_qvposfmt_format`); above 20 the format stays. Observers of "format" hear it.
+    /// Shows the value in another format (`_qvposfmt_format`); above 20 it stays. Observers of "format" hear it.
     void setFormat(unsigned type);
     unsigned format() const; ///< 0 without a formatter
 

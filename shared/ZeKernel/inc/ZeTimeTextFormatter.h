@@ -39,6 +39,7 @@ public:
     void setTicksPerBeat(unsigned ticks);
     void setPercentBase(double samples); ///< truncated
     void setIsLength(bool isLength);     ///< a length: the format's offset doesn't apply
+    bool isLength() const { return m_fIsLength; }
     /// Samples in one step of the format, at the rates as they are.
     long long getIncrement() const { return m_PosFmt.getIncrement(); }
 
