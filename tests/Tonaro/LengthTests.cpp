@@ -180,7 +180,7 @@ TEST_F(LengthTest, EveryLengthTravelsAsTheQuotientAndBackAsTheProduct)
 TEST_F(LengthTest, RefusesWhatIsNoPositionAndKeepsTheValue)
 {
     const char* const kTexts[] = {"1;2", "-1", "12s", "\U0001F600", "٣", "1\u2019000", "1\u202F000"};
-    const char* const kPasted[] = {"1\t2", "1\n2", "1\n", "1\r\n", "\u2028"};
+    const char* const kPasted[] = {"1\t2", "1\n2", "1\n", "1\r\n", "\u2028", "1\v2", "1\u00852"};
     for (const char* typed : kTexts) {
         SCOPED_TRACE(typed);
         field().selectText(nullptr);
@@ -244,6 +244,22 @@ TEST_F(LengthTest, WritesAndReadsTheUsersSeparators)
     }
 }
 
+TEST_F(LengthTest, LegalNonsenseIsASingleEditInEveryFormat)
+{
+    for (const auto& item : field().defaultMenu()->itemArray()) {
+        field().onFormatMenuAction(item);
+        for (const std::string& typed : {std::string(200, '9'), std::string(":::"), std::string("%.,: ")}) {
+            SCOPED_TRACE(item->title()->utf8() + ": " + typed);
+            type(typed);
+            EXPECT_FALSE(field().refusalText());
+            const std::string log = unit.takeLog();
+            EXPECT_TRUE(log.starts_with("begin(6) set(6,") && log.ends_with(") end(6)")) << log;
+            EXPECT_TRUE(std::isfinite(unit.values[kParamLength])) << log;
+            scene.run();
+        }
+    }
+}
+
 TEST_F(LengthTest, LegalNonsenseIsWhatTheParserMakesOfIt)
 {
     for (const std::string& typed : {std::string(200, '7'), std::string(":::"), std::string("%"), std::string(",")}) {
@@ -252,6 +268,69 @@ TEST_F(LengthTest, LegalNonsenseIsWhatTheParserMakesOfIt)
         EXPECT_FALSE(field().refusalText());
         EXPECT_EQ(unit.takeLog(), "begin(6) set(6,0) end(6)");
         scene.run();
+    }
+}
+
+TEST_F(LengthTest, AnEditMayEndTheEditor)
+{
+    const auto press = [this](NSView& view, unichar character) {
+        editor->window->makeFirstResponder(&view);
+        if (&view == &field()) key(u'3');
+        key(character);
+    };
+    const struct {
+        const char* why;
+        std::function<void()> edit;
+        const char* log;
+    } kRows[] = {
+        {"Return", [&] { press(field(), NSCarriageReturnCharacter); }, "set(6,3)"},
+        {"leaving", [&] { press(field(), NSTabCharacter); }, "set(6,3)"},
+        {"an arrow key", [&] { press(field(), NSUpArrowFunctionKey); }, "set(6,3.1)"},
+        {"the stepper", [&] { press(stepper(), NSUpArrowFunctionKey); }, "set(6,3)"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        open();
+        unit.whenSet = [this] {
+            editor->window->setContentView(nullptr);
+            editor->view.reset();
+        };
+        row.edit();
+        EXPECT_EQ(unit.takeLog(), std::string("begin(6) ") + row.log + " end(6)");
+        unit.values[kParamLength] = 2.5F;
+    }
+}
+
+TEST_F(LengthTest, WhoHearsOfAnotherFormatMayEndTheEditor)
+{
+    class Observer final : public NSObject {
+    public:
+        std::function<void()> heard;
+        void observeValueForKeyPath(const NSString*, NSObject*, void*) override { std::exchange(heard, nullptr)(); }
+    };
+    const std::function<void()> kChoices[] = {
+        [this] { field().onFormatMenuAction(field().defaultMenu()->itemArray()[5]); },
+        [this] {
+            auto& list = formats();
+            list.selectItemAtIndex(5);
+            list.sendAction(list.action(), list.target());
+        },
+        [this] {
+            field().selectText(nullptr);
+            key(NSUpArrowFunctionKey); // sets the format it has
+        },
+    };
+    for (const auto& choose : kChoices) {
+        open();
+        const auto observer = make<Observer>();
+        observer->heard = [this] {
+            editor->window->setContentView(nullptr);
+            editor->view.reset();
+        };
+        field().addObserverForKeyPath(observer, "format"_ns.get(), nullptr);
+        choose();
+        EXPECT_FALSE(editor->view);
+        unit.takeLog();
     }
 }
 
