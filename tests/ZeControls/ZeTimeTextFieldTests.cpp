@@ -4,6 +4,7 @@
 #include "Support/OffscreenRig.h"
 #include "TextField/ZeTimeTextField.h"
 #include "TextField/ZeTimeTextFieldCell.h"
+#include "ZeUI/BundleOnDisk.h"
 
 #include <set>
 
@@ -96,6 +97,19 @@ TEST_F(ZeTimeTextFieldTest, MenuHasElevenTitledFormatsInEachLanguage)
         EXPECT_NE(host->localizedStringForKey(key, nullptr, nullptr)->utf8(), key->utf8());
     }
     EXPECT_EQ(menu()->itemArray()[2]->title()->utf8(), "Seconds");
+}
+
+TEST_F(ZeTimeTextFieldTest, ATitleThatTheHostDoesNotHaveIsItsId)
+{
+    const BundleOnDisk other("org.tonaro.host");
+    other.write("ZeShared.strings",
+                "\"IDS_QVPOSFMT_SAMPLES\" = \"S&amples && more\"; \"IDS_QVPOSFMT_FRAMES\" = \"&\";");
+    NSBundle::registerBundle(other.bundle);
+    const RetainPtr<NSMenu> made = field->createDefaultMenuWithTarget(field);
+    NSBundle::registerBundle(host);
+    EXPECT_EQ(made->itemArray()[0]->title()->utf8(), "Samples & more");
+    EXPECT_EQ(made->itemArray()[1]->title()->utf8(), "IDS_QVPOSFMT_TIME") << "not the title of the row above";
+    EXPECT_EQ(made->itemArray()[3]->title()->utf8(), "IDS_QVPOSFMT_FRAMES") << "nothing but a mnemonic's mark";
 }
 
 TEST_F(ZeTimeTextFieldTest, WhatOpensTheMenu)
