@@ -71,7 +71,8 @@ void drawAlignedToBrush(ZeGraphicsContext& context, Samples&)
     context.ZeFillRectSolid(kPale, rect);
     rect.AlignTL4Brush(15);
     context.ZeFillRectSolid(kClear, rect);
-    for (double at = 0.5; at < kFieldWidth; at += 16) {
+    for (int brush = 0; brush * 16 < kFieldWidth; ++brush) {
+        const double at = brush * 16 + 0.5;
         context.ZeDrawLine(kFaint, at, 0.0, at, kFieldHeight);
         context.ZeDrawLine(kFaint, 0.0, at, kFieldWidth, at);
     }

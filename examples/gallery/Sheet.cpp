@@ -65,9 +65,11 @@ void drawField(ZeGraphicsContext& sheet, const Field& field, Samples& samples, d
 void drawSection(ZeGraphicsContext& sheet, const Section& section, Samples& samples, double y)
 {
     drawText(sheet, section.heading, ZeRect(kGap, y, kWidth, kHeadingHeight - 8), kBlack, kHeadingFont);
-    for (std::size_t i = 0; i < section.fields.size(); ++i)
-        drawField(sheet, section.fields[i], samples, kGap + static_cast<double>(i % kColumns) * (kFieldWidth + kGap),
-                  y + kHeadingHeight + static_cast<double>(i / kColumns) * kRowHeight);
+    for (std::size_t i = 0; i < section.fields.size(); ++i) {
+        const std::size_t row = i / kColumns, column = i % kColumns;
+        drawField(sheet, section.fields[i], samples, kGap + static_cast<double>(column) * (kFieldWidth + kGap),
+                  y + kHeadingHeight + static_cast<double>(row) * kRowHeight);
+    }
 }
 
 std::size_t pixels(double units, double scale) { return static_cast<std::size_t>(std::ceil(units * scale)); }
