@@ -2,13 +2,28 @@
 
 /// The looks that controls share: colours by name, fonts, and lengths in points.
 ///
-/// A colour is the same object for as long as the process lives. The names also stand in interface descriptions; each
-/// is the enumerator's name: `NSAppearanceColorNamed("textColor")` is `NSAppearanceColorName::textColor`.
+/// Every colour has a light and a dark value; the process shows one of the two appearances at a time. What is kept from
+/// one drawing to the next is the name of a colour, never the colour. The names also stand in interface descriptions;
+/// each is the enumerator's name: `NSAppearanceColorNamed("textColor")` is `NSAppearanceColorName::textColor`.
+///
+/// On what they are drawn on, text has a contrast of at least 4.5, and lines and marks that say something at least 3;
+/// what is switched off may have less.
 
 #include "CoreText/CTLine.h"
 
 #include <optional>
 #include <string_view>
+
+enum class NSAppearanceName : unsigned { light, dark };
+
+namespace NSAppearance {
+NSAppearanceName current(); ///< light at first
+/// Another appearance posts NSAppearanceDidChangeNotification, and all windows draw themselves anew. Programs leave
+/// this to NSApplication, which follows the desktop.
+void setCurrent(NSAppearanceName name);
+} // namespace NSAppearance
+
+inline constexpr const char* NSAppearanceDidChangeNotification = "NSAppearanceDidChangeNotification";
 
 enum class NSAppearanceColorName : unsigned {
     textColor,
@@ -16,7 +31,7 @@ enum class NSAppearanceColorName : unsigned {
     disabledControlTextColor,
     controlAccentColor,
     pressedAccentColor,  ///< the accent under a pressed button
-    alternateTextColor,  ///< text and marks on the accent
+    alternateTextColor,  ///< marks on the accent
     disabledAccentColor, ///< the accent of a control that is switched off
     trackColor,
     disabledTrackColor,
@@ -49,6 +64,7 @@ enum class NSAppearanceColorName : unsigned {
     menuHighlightTextColor,
 };
 
+/// In the current appearance; the same object each time.
 CGColorRef NSAppearanceColor(NSAppearanceColorName name);
 /// No value for a name that isn't in the list above.
 std::optional<NSAppearanceColorName> NSAppearanceColorNamed(std::string_view name);

@@ -12,8 +12,11 @@ public:
     static NSApplication* sharedApplication();
 
     /// Windows of the old display must be closed before it is replaced.
-    void setDisplay(std::unique_ptr<NSDisplay> display) { mDisplay = std::move(display); }
+    void setDisplay(std::unique_ptr<NSDisplay> display);
     NSDisplay* display() const { return mDisplay.get(); } ///< null until one is set
+
+    /// All windows are drawn so from now on; without a value as the display's desktop wants it, also when that changes.
+    void setAppearance(std::optional<NSAppearanceName> appearance);
 
     /// The event that a window delivers just now; null between events.
     NSEvent* currentEvent() const { return mCurrentEvent; }
@@ -24,7 +27,10 @@ public:
 
 private:
     friend class NSWindow;
+    void updateAppearance();
+
     std::unique_ptr<NSDisplay> mDisplay;
+    std::optional<NSAppearanceName> mAppearance;
     RetainPtr<NSEvent> mCurrentEvent;
     std::vector<NSWindow*> mWindows; // each takes itself out when it closes
 };

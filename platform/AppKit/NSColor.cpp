@@ -23,9 +23,13 @@ RetainPtr<NSColor> NSColor::colorWithPatternImage(NSImage* image)
 RetainPtr<NSColor> NSColor::colorNamed(std::string_view name)
 {
     const auto known = NSAppearanceColorNamed(name);
-    if (!known) return nullptr;
+    return known ? colorNamed(*known) : nullptr;
+}
+
+RetainPtr<NSColor> NSColor::colorNamed(NSAppearanceColorName name)
+{
     auto color = make<NSColor>();
-    color->mAppearance = *known;
+    color->mAppearance = name;
     return color;
 }
 

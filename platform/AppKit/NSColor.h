@@ -19,12 +19,14 @@ public:
     static RetainPtr<NSColor> colorWithPatternImage(NSImage* image);
     /// A colour of the appearance, looked up when it is used: "secondaryLabelColor". Null for an unknown name.
     static RetainPtr<NSColor> colorNamed(std::string_view name);
+    static RetainPtr<NSColor> colorNamed(NSAppearanceColorName name);
 
     /// Reads name, or red, green, blue and alpha, or white and alpha.
     bool initWithCoder(NSCoder& coder) override;
 
     /// Makes it the fill and stroke colour of the current context.
     void set() const;
+    /// For a drawing at `scale` in the current appearance.
     RetainPtr<const CGColor> CGColorForScale(CGFloat scale) const;
 
 private:

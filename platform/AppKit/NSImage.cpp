@@ -1,8 +1,23 @@
 #include "AppKit/NSImage.h"
+
+#include "AppKit/NSAppearance.h"
 #include "Foundation/NSClass.h"
 #include "Foundation/NSLog.h"
 
 #include <filesystem>
+
+namespace {
+
+/// The files of one picture, the one that is drawn where it can be first.
+struct Variant {
+    const char* suffix;
+    CGFloat scale;
+    bool isDark;
+};
+constexpr Variant kVariants[] = {{"-dark@2x", 2, true}, {"-dark", 1, true}, {"@2x", 2, false}, {"", 1, false}};
+constexpr std::size_t kPlain = std::size(kVariants) - 1;
+
+} // namespace
 
 NS_CLASS_TABLE(NSImage, NSObject, "")
 NS_CLASS_TABLE_END
@@ -13,9 +28,14 @@ bool NSImage::initByReferencingFile(const NSString* path)
     return init();
 }
 
-const RetainPtr<const CGImage>& NSImage::read(Lazy& lazy, const std::string& path, bool isOptional)
+const RetainPtr<const CGImage>& NSImage::read(std::size_t variant)
 {
+    Lazy& lazy = mVariants[variant];
     if (std::exchange(lazy.tried, true)) return lazy.image;
+    const std::filesystem::path plain(mPath);
+    const bool isOptional = variant != kPlain;
+    const std::string name = plain.stem().string() + kVariants[variant].suffix + plain.extension().string();
+    const std::string path = isOptional ? (plain.parent_path() / name).string() : mPath;
     std::error_code ignored;
     if (isOptional && !std::filesystem::exists(path, ignored)) return lazy.image;
     lazy.image = CGImageCreateWithPNGFile(path);
@@ -26,17 +46,18 @@ const RetainPtr<const CGImage>& NSImage::read(Lazy& lazy, const std::string& pat
 NSImage::Representation NSImage::representationForScale(CGFloat scale)
 {
     constexpr CGFloat kDoubleFrom = 1.5;
-    if (scale >= kDoubleFrom) {
-        const std::filesystem::path plain(mPath);
-        const auto twice = plain.parent_path() / (plain.stem().string() + "@2x" + plain.extension().string());
-        if (const auto& image = read(mDouble, twice.string(), true)) return {image, 2};
+    for (std::size_t i = 0; i < kPlain; ++i) {
+        const Variant& variant = kVariants[i];
+        if (variant.scale > 1 && scale < kDoubleFrom) continue;
+        if (variant.isDark && NSAppearance::current() != NSAppearanceName::dark) continue;
+        if (const auto& image = read(i)) return {image, variant.scale};
     }
-    return {read(mPlain, mPath, false), 1};
+    return {read(kPlain), 1};
 }
 
 NSSize NSImage::size()
 {
-    const CGImageRef image = read(mPlain, mPath, false);
+    const CGImageRef image = read(kPlain);
     if (!image) return {};
     return {static_cast<CGFloat>(CGImageGetWidth(image)), static_cast<CGFloat>(CGImageGetHeight(image))};
 }

@@ -3,11 +3,15 @@
 /// A picture in a file, read when it is first needed.
 ///
 /// "Pattern@2x.png" beside "Pattern.png" holds twice the pixels and is drawn on displays of 1.5 pixels a point and
-/// more. Failure: a file that is missing or can't be read is named in the log once, and the picture is empty.
+/// more; "Pattern-dark.png" and "Pattern-dark@2x.png" are drawn in the dark appearance. Each of them may be missing:
+/// then the next best is drawn, and the appearance counts more than the pixels. Failure: a file that is missing or
+/// can't be read is named in the log once, and the picture is empty.
 
 #include "CoreGraphics/CGGeometry.h"
 #include "CoreGraphics/CGImage.h"
 #include "Foundation/NSString.h"
+
+#include <array>
 
 class NSImage final : public NSObject {
 public:
@@ -23,15 +27,15 @@ public:
         RetainPtr<const CGImage> image; ///< null when there is none
         CGFloat scale = 1;              ///< pixels a point
     };
-    Representation representationForScale(CGFloat scale);
+    Representation representationForScale(CGFloat scale); ///< in the current appearance
 
 private:
     struct Lazy {
         bool tried = false;
         RetainPtr<const CGImage> image;
     };
-    static const RetainPtr<const CGImage>& read(Lazy& lazy, const std::string& path, bool isOptional);
+    const RetainPtr<const CGImage>& read(std::size_t variant);
 
     std::string mPath;
-    Lazy mPlain, mDouble;
+    std::array<Lazy, 4> mVariants; // the plain one last
 };

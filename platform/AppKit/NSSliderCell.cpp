@@ -23,7 +23,7 @@ struct SliderColors {
 
 SliderColors ColorsOf(const NSSliderCell& cell, bool focused)
 {
-    if (!cell.isEnabled()) return {disabledTrackColor, disabledAccentColor, disabledKnobColor, fieldBorderColor};
+    if (!cell.isEnabled()) return {disabledTrackColor, disabledAccentColor, disabledKnobColor, disabledAccentColor};
     if (cell.isHighlighted()) return {trackColor, controlAccentColor, knobPressedColor, controlAccentColor};
     const auto border = cell.isHovered() ? knobHoverBorderColor : knobBorderColor;
     return {trackColor, controlAccentColor, knobColor, focused ? controlAccentColor : border};

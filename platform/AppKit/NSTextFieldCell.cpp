@@ -38,11 +38,11 @@ NSTextStyle NSTextFieldCell::textStyle() const
 {
     NSTextStyle style{font(), nullptr, alignment(), mBordered ? NSMetrics::textInset : 0};
     if (!isEnabled())
-        style.color = NSAppearanceColor(disabledControlTextColor);
+        style.color = NSColor::colorNamed(disabledControlTextColor);
     else if (textColor())
-        style.color = textColor()->CGColorForScale(1);
+        style.color = textColor();
     else
-        style.color = NSAppearanceColor(NSAppearanceColorName::textColor);
+        style.color = NSColor::colorNamed(NSAppearanceColorName::textColor);
     return style;
 }
 
@@ -74,11 +74,11 @@ void NSTextFieldCell::drawText(CGContextRef context, NSRect frame) const
     const NSString* text = value.get();
     if ((!text || text->length() == 0) && mPlaceholder) {
         text = mPlaceholder;
-        style.color = NSAppearanceColor(disabledControlTextColor);
+        style.color = NSColor::colorNamed(disabledControlTextColor);
     }
     const NSRect area = CGRectInset(frame, style.inset, 0);
     if (!text || !(area.size.width > 0)) return;
     const auto line = CTLineCreate(CTTruncatedEnd(text->units(), style.font.get(), area.size.width), style.font.get());
     CTLineDraw(line.get(), context, NSTextOrigin(area, line.get(), style.font.get(), style.alignment),
-               style.color.get());
+               style.color->CGColorForScale(1).get());
 }

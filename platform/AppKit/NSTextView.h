@@ -11,6 +11,7 @@
 
 #include "AppKit/NSCaretBlink.h"
 #include "AppKit/NSCell.h"
+#include "AppKit/NSColor.h"
 #include "AppKit/NSTextKeys.h"
 #include "AppKit/NSView.h"
 #include "Foundation/NSClass.h"
@@ -35,7 +36,7 @@ protected:
 
 struct NSTextStyle {
     RetainPtr<const CTFont> font;
-    RetainPtr<const CGColor> color;
+    RetainPtr<const NSColor> color;
     NSTextAlignment alignment = NSLeftTextAlignment;
     CGFloat inset = 0; ///< between the view's sides and the text, in points
 };

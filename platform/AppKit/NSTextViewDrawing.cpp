@@ -67,7 +67,7 @@ void NSTextView::drawRect(NSRect)
     const ScopedGState state(context);
     CGContextClipToRect(context, CGRectInset(textArea(), -kOverhang, 0));
     drawSelection(context);
-    CTLineDraw(line(), context, lineOrigin(), mStyle.color.get());
+    CTLineDraw(line(), context, lineOrigin(), mStyle.color->CGColorForScale(1).get());
     const bool caretStands = mFocused && mEditable && window() && window()->isKeyWindow();
     if (!caretStands || !mBlink.isShown() || !mEditing.selection().empty()) return;
     CGContextSetFillColorWithColor(context, NSAppearanceColor(NSAppearanceColorName::controlAccentColor));
@@ -91,11 +91,12 @@ CGFloat NSTextView::focusRingRadius() const { return NSMetrics::controlCornerRad
 void NSTextView::drawFocusRing()
 {
     if (!mClient || !mClient->textIsRefused()) return NSView::drawFocusRing();
-    constexpr CGFloat kOpacity = 0.35; // as the ring of a field that isn't refused
-    const auto [red, green, blue, alpha] = CGColorGetComponents(NSAppearanceColor(NSAppearanceColorName::errorColor));
+    const auto [red, green, blue, ignored] = CGColorGetComponents(NSAppearanceColor(NSAppearanceColorName::errorColor));
+    // as the ring of a field that isn't refused
+    const CGFloat alpha = CGColorGetComponents(NSAppearanceColor(NSAppearanceColorName::focusRingColor))[3];
     const CGContextRef context = NSGraphicsContext::currentContext();
     const CGFloat width = NSMetrics::focusRingWidth;
-    const auto color = CGColorCreateRGBA(red, green, blue, alpha * kOpacity);
+    const auto color = CGColorCreateRGBA(red, green, blue, alpha);
     CGContextSetStrokeColorWithColor(context, color.get());
     CGContextSetLineWidth(context, width);
     CGContextBeginPath(context);

@@ -5,6 +5,7 @@
 #include "AppKit/NSToolTipTracker.h"
 #include "CoreFoundation/CFRunLoop.h"
 #include "Foundation/NSClass.h"
+#include "Foundation/NSNotification.h"
 
 NS_CLASS_TABLE(NSWindow, NSResponder, "")
 NS_CLASS_TABLE_END
@@ -32,6 +33,9 @@ bool NSWindow::start(std::unique_ptr<NSWindowBackend> backend, NSSize size)
     mScale = mBackend->backingScale();
     mToolTips = std::make_unique<NSToolTipTracker>(*this);
     mObserver = CFRunLoopAddBeforeWaiting(CFRunLoopGetCurrent(), [this] { displayIfNeeded(); });
+    const auto redraw = [this](NSNotification&) { setNeedsDisplayInRect({{0, 0}, mSize}); };
+    mAppearanceObserver = NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
+        NSString::string(NSAppearanceDidChangeNotification).get(), nullptr, redraw);
     NSApplication::sharedApplication()->mWindows.push_back(this);
     return init();
 }
@@ -68,6 +72,7 @@ void NSWindow::stop()
         failure.attempt([this] { resignFocusInside(mContentView); });
     }
     CFRunLoopRemoveBeforeWaiting(CFRunLoopGetCurrent(), mObserver);
+    mAppearanceObserver.reset();
     std::erase(NSApplication::sharedApplication()->mWindows, this);
     mToolTips.reset();
     mVisible = mKey = false;

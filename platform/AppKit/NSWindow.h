@@ -135,6 +135,7 @@ private:
     bool mVisible = false, mKey = false, mClosed = false;
     std::function<void()> mCloseHandler;
     std::uint64_t mObserver = 0;
+    RetainPtr<NSObject> mAppearanceObserver;
 
     RetainPtr<NSResponder> mFirstResponder; // null stands for the window
     unsigned mFocusChanges = 0;

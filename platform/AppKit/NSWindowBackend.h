@@ -3,6 +3,7 @@
 /// What a window needs of a window system. Two implementations: X11, and an off-screen one that tests, screenshots and
 /// machines without a display use. Nothing here knows what a view is.
 
+#include "AppKit/NSAppearance.h"
 #include "AppKit/NSCursor.h"
 #include "AppKit/NSEvent.h"
 #include "CoreGraphics/CGContext.h"
@@ -76,6 +77,10 @@ public:
     virtual void setClipboardText(const NSString* text) = 0;
     /// Calls back once, at once or later; with null when there is no text.
     virtual void readClipboardText(std::function<void(const NSString*)> callback) = 0;
+    /// What the desktop wants programs to look like; light where it doesn't say.
+    virtual NSAppearanceName appearance() const { return NSAppearanceName::light; }
+    /// Called from the run loop after `appearance` changed; null ends that.
+    virtual void setAppearanceHandler(std::function<void()> changed) { static_cast<void>(changed); }
 };
 
 /// Windows that exist only in memory. A window has the keyboard while it is shown. `scale` is what a window gets that

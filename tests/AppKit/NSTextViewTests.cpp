@@ -35,7 +35,7 @@ std::string Shown(const NSTextView& view)
 
 NSTextStyle Style(NSTextAlignment alignment = NSLeftTextAlignment)
 {
-    return {NSSystemFont(), NSAppearanceColor(NSAppearanceColorName::textColor), alignment, 0};
+    return {NSSystemFont(), NSColor::colorNamed(NSAppearanceColorName::textColor), alignment, 0};
 }
 
 TEST(NSTextView, KeysMoveSelectAndChange)
