@@ -29,6 +29,8 @@ constexpr std::array<const char*, static_cast<std::size_t>(X11Atom::count)> kAto
     "TIMESTAMP",
     "INCR",
     "TONARO_CLIPBOARD",
+    "MANAGER",
+    "_XSETTINGS_SETTINGS",
 };
 
 constexpr std::uint32_t kWordsOfResources = 1U << 18; // 1 MB
@@ -115,7 +117,7 @@ std::unique_ptr<X11Connection> X11Connection::open(const char* displayName, std:
     std::string ignored;
     if (!error) error = &ignored;
     auto connection = std::unique_ptr<X11Connection>(new X11Connection);
-    int screen = 0;
+    int& screen = connection->mScreenNumber;
     connection->mConnection.reset(xcb_connect(displayName, &screen));
     const char* shown = displayName ? displayName : std::getenv("DISPLAY");
     if (const int code = xcb_connection_has_error(connection->get())) {
@@ -157,6 +159,13 @@ void X11Connection::internAtoms()
         cookies[i] = xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(std::strlen(kAtomNames[i])), kAtomNames[i]);
     for (std::size_t i = 0; i < kAtomNames.size(); ++i)
         if (const auto answer = reply<xcb_intern_atom_reply>(cookies[i])) mAtoms[i] = answer->atom;
+}
+
+xcb_atom_t X11Connection::internAtom(const std::string& name)
+{
+    const auto answer =
+        reply<xcb_intern_atom_reply>(xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(name.size()), name.c_str()));
+    return answer ? answer->atom : xcb_atom_t{XCB_NONE};
 }
 
 void X11Connection::querySharedMemory()

@@ -29,6 +29,8 @@ enum class X11Atom {
     TIMESTAMP,
     INCR,
     TONARO_CLIPBOARD,
+    MANAGER,
+    _XSETTINGS_SETTINGS,
     count
 };
 
@@ -40,10 +42,12 @@ public:
     xcb_connection_t* get() const { return mConnection.get(); }
     bool isLost() const { return xcb_connection_has_error(get()) != 0; }
     const xcb_screen_t& screen() const { return *mScreen; }
+    int screenNumber() const { return mScreenNumber; }
     std::uint8_t depth() const { return mDepth; } ///< 24 or 32 bits of a true-colour visual, 4 bytes a pixel
     xcb_visualid_t visual() const { return mVisual; }
     xcb_colormap_t colormap() const { return mColormap; }
     xcb_atom_t atom(X11Atom name) const { return mAtoms[static_cast<std::size_t>(name)]; }
+    xcb_atom_t internAtom(const std::string& name); ///< for a name that isn't known beforehand; 0 on an error
     /// Pixels per point that the desktop asks for: its text resolution over 96, in quarters from 1 to 4.
     double desktopScale();
     /// Whether the server takes pixels from shared memory; `forbidSharedMemory` after it refused once.
@@ -86,6 +90,7 @@ private:
 
     std::unique_ptr<xcb_connection_t, X11Releaser<xcb_disconnect>> mConnection;
     const xcb_screen_t* mScreen = nullptr; // lives with the connection
+    int mScreenNumber = 0;
     std::uint8_t mDepth = 0;
     xcb_visualid_t mVisual = 0;
     xcb_colormap_t mColormap = 0;

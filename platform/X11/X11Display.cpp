@@ -7,6 +7,7 @@ namespace {
 class X11Display final : public NSDisplay {
 public:
     explicit X11Display(std::shared_ptr<X11Server> server) : mServer(std::move(server)) {}
+    ~X11Display() override { mServer->settings().setAppearanceHandler(nullptr); }
 
     std::unique_ptr<NSWindowBackend> makeWindow(NSWindowBackendClient& client,
                                                 const NSBackendWindowOptions& options) override
@@ -23,6 +24,11 @@ public:
     void readClipboardText(std::function<void(const NSString*)> callback) override
     {
         mServer->clipboard().read(std::move(callback));
+    }
+    NSAppearanceName appearance() const override { return mServer->settings().appearance(); }
+    void setAppearanceHandler(std::function<void()> changed) override
+    {
+        mServer->settings().setAppearanceHandler(std::move(changed));
     }
 
 private:

@@ -56,6 +56,7 @@ std::shared_ptr<X11Server> X11Server::connect(const char* displayName, std::stri
     server->mKeyboard = X11Keyboard::open(*server->mConnection, error);
     if (!server->mKeyboard) return nullptr;
     server->mClipboard = std::make_unique<X11Clipboard>(*server->mConnection);
+    server->mSettings = std::make_unique<X11Settings>(*server->mConnection);
     server->attachToRunLoop();
     return server;
 }
@@ -125,7 +126,7 @@ void X11Server::handle(const xcb_generic_event_t& event)
 {
     const unsigned type = X11TypeOf(event);
     if (type == 0) return; // an error: windows of other programs may vanish at any time
-    if (mKeyboard->handle(event) || mClipboard->handle(event)) return;
+    if (mKeyboard->handle(event) || mSettings->handle(event) || mClipboard->handle(event)) return;
     if (mConnection->firstShmEvent() && type == mConnection->firstShmEvent() + unsigned{XCB_SHM_COMPLETION}) {
         const auto& done = X11EventAs<xcb_shm_completion_event_t>(event);
         if (X11Window* shown = window(done.drawable)) shown->presented(done.shmseg, event.full_sequence);

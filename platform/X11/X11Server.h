@@ -1,11 +1,12 @@
 #pragma once
 
-/// What the windows of one connection share: the keyboard, the clipboard, cursors, and the run-loop source that hands
-/// each event to its window. The display and every window hold it.
+/// What the windows of one connection share: the keyboard, the clipboard, the desktop's settings, cursors, and the
+/// run-loop source that hands each event to its window. The display and every window hold it.
 
 #include "AppKit/NSCursor.h"
 #include "X11/X11Clipboard.h"
 #include "X11/X11Keyboard.h"
+#include "X11/X11Settings.h"
 
 #include <unordered_map>
 
@@ -21,6 +22,7 @@ public:
     X11Connection& connection() { return *mConnection; }
     X11Keyboard& keyboard() { return *mKeyboard; }
     X11Clipboard& clipboard() { return *mClipboard; }
+    X11Settings& settings() { return *mSettings; }
     xcb_cursor_t cursor(NSCursorShape shape);
 
     void add(xcb_window_t id, X11Window& window) { mWindows[id] = &window; }
@@ -42,6 +44,7 @@ private:
     std::unique_ptr<X11Connection> mConnection;
     std::unique_ptr<X11Keyboard> mKeyboard;
     std::unique_ptr<X11Clipboard> mClipboard;
+    std::unique_ptr<X11Settings> mSettings;
     std::unordered_map<xcb_window_t, X11Window*> mWindows; // each takes itself out
     std::unordered_map<NSCursorShape, xcb_cursor_t> mCursors;
     RetainPtr<CFFileDescriptor> mDescriptor;
