@@ -14,6 +14,7 @@ enum Key : int {
     kSet = 256,
     kScreenshot,
     kScale,
+    kAppearance,
     kTrace,
     kControls,
     kEditors,
@@ -31,6 +32,7 @@ constexpr option kOptions[] = {
     {"set",          required_argument, nullptr, kSet},
     {"screenshot",   required_argument, nullptr, kScreenshot},
     {"scale",        required_argument, nullptr, kScale},
+    {"appearance",   required_argument, nullptr, kAppearance},
     {"trace",        no_argument,       nullptr, kTrace},
     {"controls",     no_argument,       nullptr, kControls},
     {"editors",      required_argument, nullptr, kEditors},
@@ -62,6 +64,14 @@ std::pair<std::string, std::string> parseSetting(std::string_view text)
     if (equals == std::string_view::npos || equals == 0)
         throw UsageError{"--set: “" + std::string(text) + "” is not of the form NAME=VALUE"};
     return {std::string(text.substr(0, equals)), std::string(text.substr(equals + 1))};
+}
+
+std::optional<NSAppearanceName> parseAppearance(std::string_view text)
+{
+    if (text == "auto") return std::nullopt;
+    if (text == "light") return NSAppearanceName::light;
+    if (text == "dark") return NSAppearanceName::dark;
+    throw UsageError{"--appearance: “" + std::string(text) + "” is none of light, dark and auto"};
 }
 
 void chooseMode(Options& options, Options::Mode mode)
@@ -108,6 +118,9 @@ void take(Options& options, int key)
         break;
     case kScale:
         options.scale = parseNumber<double>("--scale", optarg, 1, kLargestScale);
+        break;
+    case kAppearance:
+        options.appearance = parseAppearance(optarg);
         break;
     case kTrace:
         options.trace = true;
@@ -165,6 +178,7 @@ Opens the editor of a test-tone generator.
   --render FILE          write the tone into a .wav or .flac file, and end
   --editors N            open N windows on the same generator
   --scale S              S pixels per point; without it, the desktop's
+  --appearance A         light, dark, or auto: as the desktop (light in a picture)
   --trace                print each begin, set and end that reaches the generator
   --screenshot FILE.png  draw the editor without a display, and end
   --controls             print the editor's controls as JSON, and end

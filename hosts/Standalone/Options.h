@@ -2,6 +2,8 @@
 
 /// The command line of `tonaro`.
 
+#include "AppKit/NSAppearance.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +17,7 @@ struct Options {
     std::vector<std::pair<std::string, std::string>> settings; ///< of --set, in the order given
     std::string file;                                          ///< of --screenshot, --demo and --render
     double scale = 0;                                          ///< pixels per point; 0 asks the desktop
+    std::optional<NSAppearanceName> appearance;                ///< without a value, the desktop's
     int editors = 1;
     bool trace = false;
     bool mute = false;  ///< plays on the clock alone

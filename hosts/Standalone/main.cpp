@@ -109,6 +109,7 @@ int run(int argc, char** argv)
     const NSAutoreleasePool pool;
     NSAssertionHandler::setCurrentHandler(make<LoggingAssertionHandler>().get());
     registerBundles();
+    NSApplication::sharedApplication()->setAppearance(options.appearance);
     const int status = runMode(options);
     NSApplication::sharedApplication()->setDisplay(nullptr);
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) throw InputError{"standard output can't be written"};

@@ -21,18 +21,20 @@ TEST(Options, ReadsALine)
     EXPECT_EQ(none.mode, Options::Mode::window);
     EXPECT_EQ(none.scale, 0);
     EXPECT_EQ(none.editors, 1);
+    EXPECT_EQ(none.appearance, std::nullopt);
     EXPECT_FALSE(none.trace);
     EXPECT_FALSE(none.mute);
     EXPECT_EQ(none.device, "");
 
-    const Options all =
-        parse({"--set", "gain=-3", "--set=length=", "--set", "a=b=c", "--screenshot", "x.png", "--screenshot", "y.png",
-               "--scale=1.25", "--trace", "--editors", "16", "--mute", "--device", "jack:system"});
+    const Options all = parse({"--set", "gain=-3", "--set=length=", "--set", "a=b=c", "--screenshot", "x.png",
+                               "--screenshot", "y.png", "--scale=1.25", "--trace", "--editors", "16", "--mute",
+                               "--device", "jack:system", "--appearance", "dark"});
     using Setting = std::pair<std::string, std::string>;
     EXPECT_THAT(all.settings, testing::ElementsAre(Setting("gain", "-3"), Setting("length", ""), Setting("a", "b=c")));
     EXPECT_EQ(all.mode, Options::Mode::screenshot);
     EXPECT_EQ(all.file, "y.png");
     EXPECT_EQ(all.scale, 1.25);
+    EXPECT_EQ(all.appearance, NSAppearanceName::dark);
     EXPECT_EQ(all.editors, 16);
     EXPECT_TRUE(all.trace);
     EXPECT_TRUE(all.mute);
@@ -81,6 +83,7 @@ TEST(Options, SaysWhatIsWrong)
         {{"--scale", "nan"}, "--scale: “nan” is not a number from 1 to 4"},
         {{"--scale", "2x"}, "--scale: “2x” is not a number from 1 to 4"},
         {{"--scale", ""}, "--scale: “” is not a number from 1 to 4"},
+        {{"--appearance", "Dark"}, "--appearance: “Dark” is none of light, dark and auto"},
         {{"--editors", "0"}, "--editors: “0” is not a number from 1 to 16"},
         {{"--editors", "99999999999"}, "--editors: “99999999999” is not a number from 1 to 16"},
         {{"--controls", "--demo", "x.png"},
@@ -98,6 +101,12 @@ TEST(Options, SaysWhatIsWrong)
         EXPECT_EQ(message, row.message);
         EXPECT_EQ(testing::internal::GetCapturedStderr().empty(), !message.empty());
     }
+}
+
+TEST(Options, TheLastAppearanceCounts)
+{
+    EXPECT_EQ(parse({"--appearance=dark", "--appearance=light"}).appearance, NSAppearanceName::light);
+    EXPECT_EQ(parse({"--appearance=dark", "--appearance=auto"}).appearance, std::nullopt);
 }
 
 TEST(Options, HelpNamesEverySetting)
