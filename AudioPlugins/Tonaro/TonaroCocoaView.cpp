@@ -7,6 +7,7 @@
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSNumberFormatter.h"
 #include "PosFmt.h"
+#include "TonaroUnitView.h"
 
 namespace {
 
@@ -20,6 +21,15 @@ constexpr const char* kDisposeFailed = "[TonaroCocoaView _removeListeners] AULis
 
 /// The properties whose changes the view registers for.
 constexpr AudioUnitPropertyID kWatchedProperties[] = {kAudioUnitProperty_SampleRate, kPropertyInputLength};
+
+/// The views that follow the unit on their own.
+void bindViewsInside(const NSView& view, AudioUnit unit)
+{
+    for (const RetainPtr<NSView>& inside : view.subviews()) {
+        if (auto* follower = dynamic_cast<TonaroUnitView*>(inside.get())) follower->setAU(unit);
+        bindViewsInside(*inside, unit);
+    }
+}
 
 } // namespace
 
@@ -83,6 +93,7 @@ void TonaroCocoaView::setAU(AudioUnit unit)
         formatter->setNegativeInfinitySymbol(NSString::string("-Inf").get());
     _addListeners();
     _synchronizeUIWithAU();
+    bindViewsInside(*this, unit);
 }
 
 void TonaroCocoaView::_addListeners()

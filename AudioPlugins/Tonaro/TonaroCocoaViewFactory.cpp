@@ -6,6 +6,7 @@
 #include "TonaroFormatPopUp.h"
 #include "TonaroFrequencyScale.h"
 #include "TonaroNumberFormatters.h"
+#include "TonaroToneView.h"
 
 NS_CLASS_TABLE(TonaroCocoaViewFactory, NSObject, kTonaroViewBundleIdentifier)
     .outlet("uiFreshlyLoadedView", &TonaroCocoaViewFactory::uiFreshlyLoadedView) NS_CLASS_TABLE_END
@@ -24,6 +25,7 @@ bool TonaroCocoaViewFactory::init()
     NSRegisterClass(TonaroFormatPopUp::staticClass());
     NSRegisterClass(TonaroFrequencyFormatter::staticClass());
     NSRegisterClass(TonaroGainFormatter::staticClass());
+    NSRegisterClass(TonaroToneView::staticClass());
     return NSObject::init();
 }
 

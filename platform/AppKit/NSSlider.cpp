@@ -131,6 +131,7 @@ void NSSlider::mouseDown(NSEvent& event)
     if (in->trackingView() != this) return trackingDidEnd(false); // a window that has closed tracks nothing
     mTracking = true;
     mActionPending = false;
+    mValueAtPress = doubleValue();
     setHighlighted(true);
 
     mLastPointer = positionAlongTrack(event);
@@ -163,6 +164,15 @@ void NSSlider::trackingDidEnd(bool)
     mTracking = false;
     setHighlighted(false);
     if (std::exchange(mActionPending, false)) sendAction(action(), target());
+}
+
+bool NSSlider::abandonTracking()
+{
+    const RetainPtr<NSSlider> keep(this);
+    if (!mTracking) return false;
+    moveTo(mValueAtPress);
+    mActionPending = false;
+    return true;
 }
 
 double NSSlider::insideRange(double value) const { return std::min(std::max(value, minValue()), maxValue()); }

@@ -42,6 +42,7 @@ public:
     void mouseDragged(NSEvent& event) override;
     void mouseUp(NSEvent& event) override;
     void trackingDidEnd(bool byRelease) override;
+    bool abandonTracking() override;
     /// A hundredth of the range a notch; up and right raise the value. Nothing while disabled or tracked.
     void scrollWheel(NSEvent& event) override;
 
@@ -67,4 +68,5 @@ private:
     CGFloat mLastPointer = 0;
     bool mTracking = false;
     bool mActionPending = false;
+    double mValueAtPress = 0;
 };

@@ -75,6 +75,9 @@ public:
     /// (`byRelease`), or by a lost grab, a hidden view, a view leaving its window, a closing window. Comes exactly
     /// once.
     virtual void trackingDidEnd(bool byRelease);
+    /// Escape was pressed during a tracking, which ends after this: puts back what the press found.
+    /// @return false where there is nothing to put back; the key then goes its way and the tracking goes on
+    virtual bool abandonTracking() { return false; }
 
     NSResponder* nextResponder() const override;
     void rightMouseDown(NSEvent& event) override; ///< shows the context menu

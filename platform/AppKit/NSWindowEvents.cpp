@@ -184,6 +184,10 @@ void NSWindow::setHovered(NSView* view, NSEvent& event)
 
 void NSWindow::sendKey(NSEvent& event)
 {
+    if (event.type() == NSKeyDown && event.keyCharacter() == NSEscapeCharacter && mTrackingView) {
+        const RetainPtr<NSView> view = mTrackingView;
+        if (view->abandonTracking()) return endTracking(view);
+    }
     const RetainPtr<NSResponder> responder(firstResponder());
     if (event.type() == NSKeyDown) return responder->keyDown(event);
     responder->keyUp(event);

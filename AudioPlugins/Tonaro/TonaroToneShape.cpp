@@ -1,0 +1,75 @@
+#include "TonaroToneShape.h"
+
+#include "Slider/ZeFrequencySlider.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+constexpr double kLowestHz = 0.01;
+constexpr double kPathStep = 4, kWaveStep = 1.5;            // points
+constexpr double kLongestPeriod = 96, kShortestPeriod = 12; // points
+
+double waveAt(int waveform, double phase)
+{
+    const double t = phase - std::floor(phase);
+    switch (waveform) {
+    case 1: // triangle
+        return t < 0.25 ? 4 * t : t < 0.75 ? 2 - 4 * t : 4 * t - 4;
+    case 2: // square
+        return t < 0.5 ? 1 : -1;
+    case 3: // sawtooth
+        return t < 0.5 ? 2 * t : 2 * t - 2;
+    default:
+        return std::sin(2 * std::numbers::pi * t);
+    }
+}
+
+} // namespace
+
+double TonaroToneShape::hzAt(double part) const
+{
+    if (isLogarithmic && startHz > 0 && endHz > 0) return startHz * std::pow(endHz / startHz, part);
+    return startHz + (endHz - startHz) * part;
+}
+
+double TonaroToneShape::heightOf(double hz) const
+{
+    const double height = MelFromHz(std::max(hz, 0.0)) / MelFromHz(highestHz);
+    return std::isnan(height) ? 0 : std::clamp(height, 0.0, 1.0);
+}
+
+double TonaroToneShape::hzOf(double height) const
+{
+    const double hz = HzFromMel(std::clamp(height, 0.0, 1.0) * MelFromHz(highestHz));
+    const double rounded = hz >= 100 ? std::round(hz) : std::round(hz * 100) / 100;
+    return rounded > kLowestHz ? std::min(rounded, highestHz) : kLowestHz;
+}
+
+std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept) const
+{
+    std::vector<CGPoint> points;
+    const double count = asIfItSwept ? std::max(1.0, std::ceil(inside.size.width / kPathStep)) : 1;
+    for (double i = 0; i <= count; ++i) {
+        const double height = heightOf(asIfItSwept ? hzAt(i / count) : startHz);
+        points.push_back(
+            {inside.origin.x + inside.size.width * i / count, CGRectGetMaxY(inside) - height * inside.size.height});
+    }
+    return points;
+}
+
+std::vector<CGPoint> TonaroToneShape::wave(CGRect inside) const
+{
+    std::vector<CGPoint> points;
+    const double count = std::max(1.0, std::ceil(inside.size.width / kWaveStep));
+    const double step = inside.size.width / count, half = inside.size.height / 2;
+    double phase = 0;
+    for (double i = 0; i <= count; ++i) {
+        points.push_back({inside.origin.x + i * step, CGRectGetMidY(inside) - half * waveAt(waveform, phase)});
+        const double height = heightOf(sweeps ? hzAt(i / count) : startHz);
+        phase += step / (kLongestPeriod * std::pow(kShortestPeriod / kLongestPeriod, height));
+    }
+    return points;
+}

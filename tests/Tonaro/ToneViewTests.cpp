@@ -1,0 +1,165 @@
+// The picture of the tone: where its points stand, and what dragging them sends.
+
+#include "EditorRig.h"
+
+#include "TonaroToneView.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+class ToneViewTest : public testing::Test {
+protected:
+    ToneViewTest()
+    {
+        scene.run();
+        unit.takeLog();
+    }
+    TonaroToneView& picture() const
+    {
+        for (const RetainPtr<NSView>& view : editor.view->subviews())
+            if (auto* found = asKind<TonaroToneView>(view.get())) return *found;
+        throw std::runtime_error("no picture");
+    }
+    void mouse(NSEventType type, NSPoint inPicture)
+    {
+        const NSPoint point = picture().convertPointToWindow(inPicture);
+        editor.window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), editor.window, 1));
+    }
+    void escape()
+    {
+        const auto key = NSString::string("\x1B");
+        editor.window->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, 0, editor.window, key, key, false));
+    }
+    double heightAbove(NSPoint lower, NSPoint higher) const { return lower.y - higher.y; }
+
+    EditorScene scene;
+    ScriptedUnit unit;
+    Editor editor{&unit};
+};
+
+TEST(TonaroToneShape, FollowsTheSweep)
+{
+    TonaroToneShape shape{.startHz = 100, .endHz = 10000, .sweeps = true, .isLogarithmic = true};
+    EXPECT_NEAR(shape.hzAt(0.5), 1000, 1e-9) << "evenly in pitch";
+    shape.isLogarithmic = false;
+    EXPECT_NEAR(shape.hzAt(0.5), 5050, 1e-9) << "evenly in hertz";
+    EXPECT_EQ(shape.heightOf(22050), 1);
+    EXPECT_EQ(shape.heightOf(0), 0);
+    EXPECT_EQ(shape.heightOf(1e9), 1);
+    EXPECT_EQ(shape.heightOf(NAN), 0);
+    for (const double hz : {0.01, 0.5, 99.25, 440.0, 1000.0, 22050.0}) EXPECT_EQ(shape.hzOf(shape.heightOf(hz)), hz);
+    EXPECT_EQ(shape.hzOf(-1), 0.01);
+
+    const auto flat = shape.path({{0, 0}, {100, 50}}, false);
+    EXPECT_EQ(flat.front().y, flat.back().y);
+    const auto path = shape.path({{10, 10}, {100, 50}}, true);
+    EXPECT_EQ(path.front().x, 10);
+    EXPECT_EQ(path.back().x, 110);
+    EXPECT_TRUE(std::is_sorted(path.begin(), path.end(), [](CGPoint a, CGPoint b) { return a.y > b.y; }));
+}
+
+TEST(TonaroToneShape, HasFiniteWavesInsideItsRectangle)
+{
+    for (const double hz : {0.0, -1.0, 440.0, 1e30}) {
+        for (int waveform = 0; waveform < 4; ++waveform) {
+            for (const double highest : {0.0, 22050.0, HUGE_VAL}) {
+                const TonaroToneShape shape{.startHz = hz,
+                                            .endHz = 8000,
+                                            .sweeps = true,
+                                            .isLogarithmic = true,
+                                            .waveform = waveform,
+                                            .highestHz = highest};
+                for (const CGPoint point : shape.wave({{0, 0}, {600, 40}})) {
+                    ASSERT_TRUE(point.y >= -0.001 && point.y <= 40.001) << point.y;
+                }
+            }
+        }
+    }
+}
+
+TEST_F(ToneViewTest, FollowsTheUnit)
+{
+    EXPECT_GT(heightAbove(picture().startPoint(), picture().endPoint()), 20);
+    editor.show(kParamStartFrequency, 20000); // the editor's own event reaches it alone
+    EXPECT_EQ(picture().shape().startHz, 440);
+    AudioUnitParameter start{&unit, kParamStartFrequency, kAudioUnitScope_Global, 0};
+    AUParameterSet(nullptr, nullptr, &start, 20000, 0);
+    scene.run();
+    EXPECT_EQ(picture().shape().startHz, 20000);
+    unit.sampleRate = 96000;
+    AudioUnitEvent event{kAudioUnitEvent_PropertyChange, {.mProperty = {&unit, kAudioUnitProperty_SampleRate, 0, 0}}};
+    AUEventListenerNotify(nullptr, nullptr, &event);
+    scene.run();
+    EXPECT_EQ(picture().shape().highestHz, 48000);
+}
+
+TEST_F(ToneViewTest, ADragOfAnEndPointIsOneGesture)
+{
+    const NSPoint end = picture().endPoint();
+    mouse(NSLeftMouseDown, {end.x + 3, end.y - 2});
+    EXPECT_EQ(unit.takeLog(), "begin(3)");
+    mouse(NSLeftMouseDragged, {end.x + 3, end.y - 2});
+    EXPECT_EQ(unit.takeLog(), "") << "where it was pressed it stays";
+    mouse(NSLeftMouseDragged, {end.x, end.y + 18});
+    EXPECT_EQ(unit.takeLog().substr(0, 6), "set(3,");
+    EXPECT_EQ(unit.values[kParamEndFrequency], std::round(unit.values[kParamEndFrequency])) << "whole hertz";
+    EXPECT_NEAR(picture().endPoint().y, end.y + 20, 0.1);
+    mouse(NSLeftMouseDragged, {end.x, 1000});
+    EXPECT_EQ(unit.takeLog(), "set(3,0.01)");
+    mouse(NSLeftMouseUp, {end.x, 1000});
+    EXPECT_EQ(unit.takeLog(), "end(3)");
+    scene.run();
+    EXPECT_EQ(editor.text("mEndFrequencyText"), "0.01") << "the editor hears of it";
+}
+
+TEST_F(ToneViewTest, EscapePutsBackWhatADragChanged)
+{
+    const NSPoint start = picture().startPoint();
+    mouse(NSLeftMouseDown, start);
+    mouse(NSLeftMouseDragged, {start.x, start.y - 10});
+    unit.takeLog();
+    escape();
+    EXPECT_EQ(unit.takeLog(), "set(1,440) end(1)");
+    mouse(NSLeftMouseDragged, {start.x, start.y - 20});
+    mouse(NSLeftMouseUp, {start.x, start.y - 20});
+    EXPECT_EQ(unit.takeLog(), "");
+
+    editor.mouse(NSLeftMouseDown, editor.start(), editor.start().doubleValue());
+    editor.mouse(NSLeftMouseDragged, editor.start(), MelFromHz(5000));
+    unit.takeLog();
+    escape();
+    EXPECT_EQ(unit.takeLog(), "set(1,440) end(1)") << "as a slider does";
+}
+
+TEST_F(ToneViewTest, OnlyWhatCountsCanBeDragged)
+{
+    unit.values[kParamUseEnd] = 0;
+    editor.view->setAU(&unit);
+    scene.run();
+    unit.takeLog();
+    mouse(NSLeftMouseDown, picture().endPoint());
+    mouse(NSLeftMouseUp, picture().endPoint());
+    mouse(NSLeftMouseDown, {200, 5});
+    mouse(NSLeftMouseUp, {200, 60});
+    EXPECT_EQ(unit.takeLog(), "");
+    EXPECT_EQ(picture().cursorAtPoint(picture().endPoint()), NSCursorShape::arrow);
+    EXPECT_EQ(picture().cursorAtPoint(picture().startPoint()), NSCursorShape::hand);
+}
+
+TEST_F(ToneViewTest, ASetThatClosesTheEditorDuringADragIsSafe)
+{
+    mouse(NSLeftMouseDown, picture().startPoint());
+    unit.whenSet = [this] {
+        editor.window->setContentView(nullptr);
+        editor.view.reset();
+    };
+    const NSPoint inWindow = {picture().convertPointToWindow(picture().startPoint())};
+    unit.takeLog();
+    editor.window->sendEvent(*NSEvent::mouseEvent(NSLeftMouseDragged, {inWindow.x, inWindow.y - 10}, 0,
+                                                  CFAbsoluteTimeGetCurrent(), editor.window, 0));
+    EXPECT_TRUE(unit.takeLog().ends_with("end(1)"));
+}
+
+} // namespace
