@@ -53,7 +53,9 @@ NewFile::NewFile(const std::string& name) : mName(name), mPath(pathBehind(name))
 void NewFile::openTemporary()
 {
     const std::filesystem::path path = mPath;
-    mTemporary = path.parent_path() / ("." + path.filename().string() + ".XXXXXX");
+    std::string hidden = ".";
+    hidden.append(path.filename().string()).append(".XXXXXX");
+    mTemporary = path.parent_path() / hidden;
     mDescriptor = mkostemp(mTemporary.data(), O_CLOEXEC);
     if (mDescriptor >= 0) return;
     mTemporary.clear();
