@@ -1,5 +1,6 @@
 # Switches of the build and what every target compiles with.
 option(TONARO_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(TONARO_INSTALL "Make the programs and libraries installable, and packages of them" ${PROJECT_IS_TOP_LEVEL})
 option(TONARO_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 option(TONARO_PCH "Use a precompiled header of the standard library" ON)
 option(TONARO_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)

@@ -1,0 +1,17 @@
+# fish completion of zepos
+complete -c zepos -f
+complete -c zepos -l from -x -d 'What a position is written as' -a '(zepos --list-formats 2>/dev/null | string split -f 1 " ")'
+complete -c zepos -l to -x -d 'What to write' -a '(zepos --list-formats 2>/dev/null | string split -f 1 " ")'
+complete -c zepos -l rate -x -d 'Samples per second' -a '44100 48000 88200 96000 192000'
+complete -c zepos -l frame-rate -x -d 'Frames per second'
+complete -c zepos -l tempo -x -d 'Beats per minute'
+complete -c zepos -l time-signature -x -d 'Beats per measure, value of a beat'
+complete -c zepos -l ticks -x -d 'Ticks per beat'
+complete -c zepos -l percent-base -x -d 'Samples that are 100 %'
+complete -c zepos -l offset -x -d 'The position that is shown as zero'
+complete -c zepos -l length -d 'Positions are lengths'
+complete -c zepos -l locale -x -d 'Whose separators are used'
+complete -c zepos -l ticks-for -x -d 'A tidy step of a ruler'
+complete -c zepos -l list-formats -d 'Print the formats'
+complete -c zepos -l help -d 'Show a summary'
+complete -c zepos -l version -d 'Show the version'
