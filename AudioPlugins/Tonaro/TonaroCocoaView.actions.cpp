@@ -1,6 +1,8 @@
 // What a person does: each action turns its control's state into a value for the unit.
 
 #include "TonaroCocoaView.h"
+
+#include "AppKit/NSApplication.h"
 #include "ZeHelp.h"
 
 #include <cmath>
@@ -22,6 +24,9 @@ float roundedUpHz(float hz) { return std::ceil(hz * 1000.0F) / 1000.0F; }
 
 void TonaroCocoaView::send(AudioUnitParameterID parameter, float value, NSObject* sender)
 {
+    // without an event a slider only answers the unit
+    if (mEditing && asKind<ZeSlider>(sender) && NSApplication::sharedApplication()->currentEvent())
+        mEditing->history().expectBareEdit(parameter);
     if (mParamSetter) mParamSetter->setParameter(parameter, value, sender);
 }
 

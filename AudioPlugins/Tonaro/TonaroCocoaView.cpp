@@ -81,6 +81,12 @@ void TonaroCocoaView::drawRect(NSRect dirty)
     NSRectFill(dirty);
 }
 
+bool TonaroCocoaView::performKeyEquivalent(NSEvent& event)
+{
+    const RetainPtr<TonaroCocoaView> keep(this);
+    return (mEditing && mEditing->performKey(event)) || NSView::performKeyEquivalent(event);
+}
+
 void TonaroCocoaView::setAU(AudioUnit unit)
 {
     const RetainPtr<TonaroCocoaView> keep(this); // what the unit is asked and told may close the window
@@ -93,6 +99,7 @@ void TonaroCocoaView::setAU(AudioUnit unit)
         formatter->setNegativeInfinitySymbol(NSString::string("-Inf").get());
     _addListeners();
     _synchronizeUIWithAU();
+    mEditing = std::make_unique<TonaroEditing>(*this, unit);
     bindViewsInside(*this, unit);
 }
 
@@ -129,6 +136,7 @@ void TonaroCocoaView::_removeListeners()
     // a drag that goes on ends here, while its gesture can still reach the unit at which it began
     if (window()) window()->endTracking(this);
 
+    mEditing.reset();
     const AUEventListenerRef listener = std::exchange(mEventListener, nullptr);
     const RetainPtr<ZeParameterSetter> setter = std::move(mParamSetter);
     report(AUListenerDispose(listener), __func__, kDisposeFailed);

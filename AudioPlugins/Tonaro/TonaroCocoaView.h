@@ -19,9 +19,11 @@
 #include "Slider/ZeGainFader.h"
 #include "Slider/ZeParameterSetter.h"
 #include "TextField/ZeTimeTextField.h"
+#include "TonaroEditing.h"
 #include "TonaroParameters.h"
 
 #include <array>
+#include <memory>
 #include <source_location>
 
 /// The bundle that holds the interface description and the picture behind the controls.
@@ -37,6 +39,7 @@ public:
 
     void awakeFromNib() override;
     void drawRect(NSRect dirty) override;
+    bool performKeyEquivalent(NSEvent& event) override;
 
     /// Binds the view to a unit, which must outlive the binding; a second call binds it anew.
     void setAU(AudioUnit unit);
@@ -110,4 +113,5 @@ private:
     RetainPtr<const NSArray> mWaveformStrings;
     AudioUnitParameterInfo mWaveformParameterInfo{};
     RetainPtr<ZeParameterSetter> mParamSetter;
+    std::unique_ptr<TonaroEditing> mEditing; // while the view is bound
 };

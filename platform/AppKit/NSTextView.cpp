@@ -123,6 +123,10 @@ void NSTextView::keyDown(NSEvent& event)
     if (concernsField && mClient->textCommand(command, event)) return;
     if (command.action == NSTextAction::accept || command.action == NSTextAction::cancel) return NSView::keyDown(event);
     if (!mClient) return;
+    if (command.action == NSTextAction::undo || command.action == NSTextAction::redo) {
+        const bool done = command.action == NSTextAction::undo ? mEditing.undo() : mEditing.redo();
+        return done ? textChanged() : NSView::keyDown(event); // there may be more to undo than this text
+    }
     if (command.action != NSTextAction::none) return perform(command);
     const std::u16string_view typed = mEditable ? NSTextTypedByKey(event) : std::u16string_view();
     if (typed.empty()) return NSView::keyDown(event);
@@ -140,12 +144,6 @@ void NSTextView::perform(const NSTextCommand& command)
     case NSTextAction::erase:
         if (mEditing.erase(command.direction, command.unit)) textChanged();
         return;
-    case NSTextAction::undo:
-        if (mEditing.undo()) textChanged();
-        return;
-    case NSTextAction::redo:
-        if (mEditing.redo()) textChanged();
-        return;
     case NSTextAction::selectAll:
         return selectAll(nullptr);
     case NSTextAction::copy:
@@ -154,6 +152,8 @@ void NSTextView::perform(const NSTextCommand& command)
         return cut(nullptr);
     case NSTextAction::paste:
         return paste(nullptr);
+    case NSTextAction::undo: // done in keyDown
+    case NSTextAction::redo:
     case NSTextAction::none:
     case NSTextAction::accept:
     case NSTextAction::cancel:

@@ -6,6 +6,7 @@
 #include "Foundation/NSClass.h"
 #include "Foundation/NSCoder.h"
 
+#include <algorithm>
 #include <ranges>
 
 NS_CLASS_TABLE(NSView, NSResponder, "")
@@ -115,6 +116,14 @@ NSResponder* NSView::nextResponder() const
 {
     if (mSuperview) return mSuperview;
     return mWindow;
+}
+
+bool NSView::performKeyEquivalent(NSEvent& event)
+{
+    const std::vector<RetainPtr<NSView>> inside = mSubviews; // a key may change them
+    return std::any_of(inside.begin(), inside.end(), [&event](const RetainPtr<NSView>& view) {
+        return !view->isHidden() && view->performKeyEquivalent(event);
+    });
 }
 
 bool NSView::canBecomeKeyView() const { return mWindow && acceptsFirstResponder() && !isHiddenOrHasHiddenAncestor(); }

@@ -66,6 +66,10 @@ public:
     virtual void drawFocusRing();
     static constexpr CGFloat kFocusRingReach = 4;
 
+    /// A key that nobody from the first responder on wanted: asked from the window's content inwards.
+    /// @return whether it was taken
+    virtual bool performKeyEquivalent(NSEvent& event);
+
     virtual bool canBecomeKeyView() const; ///< accepts first responder, is visible, and in a window
     virtual NSCursorShape cursorAtPoint(NSPoint) const { return NSCursorShape::arrow; }
 

@@ -111,6 +111,7 @@ private:
     bool showContextMenu(NSView& view, NSEvent& event);
     void updateHover(NSEvent& event);
     void setHovered(NSView* view, NSEvent& event);
+    bool contentTakesKey(NSEvent& event) const;
     void finishTracking(bool byRelease);
     RetainPtr<NSView> viewAt(NSPoint point) const;
     void selectKeyView(int step);

@@ -193,10 +193,16 @@ void NSWindow::sendKey(NSEvent& event)
     responder->keyUp(event);
 }
 
+bool NSWindow::contentTakesKey(NSEvent& event) const
+{
+    const RetainPtr<NSView> content = mContentView;
+    return content && content->performKeyEquivalent(event);
+}
+
 void NSWindow::keyDown(NSEvent& event)
 {
     const bool backward = event.keyCharacter() == NSBackTabCharacter || (event.modifierFlags() & NSShiftKeyMask);
     if (event.keyCharacter() != NSTabCharacter && event.keyCharacter() != NSBackTabCharacter)
-        return noResponderFor(event);
+        return contentTakesKey(event) ? void() : noResponderFor(event);
     selectKeyView(backward ? -1 : 1);
 }

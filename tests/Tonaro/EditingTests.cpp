@@ -1,0 +1,191 @@
+// Undo, redo, and the setting on the clipboard.
+
+#include "EditorRig.h"
+
+#include "AppKit/NSApplication.h"
+#include "AppKit/NSPasteboard.h"
+#include "TonaroSettingText.h"
+#include "TonaroToneView.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr std::uint32_t kCtrl = NSControlKeyMask | NSCommandKeyMask;
+
+class EditingTest : public testing::Test {
+protected:
+    EditingTest()
+    {
+        NSApplication::sharedApplication()->setDisplay(NSMakeOffscreenDisplay()); // for its clipboard
+        scene.run();
+        unit.takeLog();
+    }
+    ~EditingTest() override { NSApplication::sharedApplication()->setDisplay(nullptr); }
+
+    /// @return whether somebody wanted the key
+    bool key(unichar character, std::uint32_t flags = 0)
+    {
+        const auto text = NSString::string(std::u16string(1, character));
+        const bool wanted =
+            editor.window->sendEvent(*NSEvent::keyEvent(NSKeyDown, flags, 0, editor.window, text, text, false));
+        scene.run();
+        return wanted;
+    }
+    bool undo() { return key(u'z', kCtrl); }
+    bool redo() { return key(u'Z', kCtrl | NSShiftKeyMask); }
+    void enter(const char* field, float value)
+    {
+        editor.enter(field, value);
+        scene.run();
+    }
+    float start() const { return unit.values[kParamStartFrequency]; }
+
+    EditorScene scene;
+    ScriptedUnit unit;
+    Editor editor{&unit};
+};
+
+TEST_F(EditingTest, GesturesAreTakenBackAndMadeAgain)
+{
+    auto& slider = editor.start();
+    editor.mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    for (const double hz : {600.0, 800.0, 1000.0}) {
+        editor.mouse(NSLeftMouseDragged, slider, MelFromHz(hz));
+        scene.run(0.1);
+    }
+    editor.mouse(NSLeftMouseUp, slider, MelFromHz(1000));
+    scene.run();
+    const float dragged = start();
+    enter("mStartFrequencyText", 2000);
+    enter("mGainText", -30);
+    unit.takeLog();
+
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-12) end(5)");
+    EXPECT_EQ(editor.text("mGainText"), "-12.0") << "the editor follows";
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(start(), dragged);
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(start(), 440) << "the drag is one step";
+    EXPECT_FALSE(undo()) << "the host may have something to undo";
+    EXPECT_TRUE(redo());
+    EXPECT_EQ(start(), dragged);
+    EXPECT_TRUE(redo());
+    EXPECT_TRUE(key(u'y', kCtrl));
+    EXPECT_EQ(unit.values[kParamGain], -30);
+    EXPECT_FALSE(redo());
+    EXPECT_TRUE(undo());
+    enter("mGainText", -40);
+    EXPECT_FALSE(redo()) << "a new edit is the end of what was undone";
+}
+
+TEST_F(EditingTest, KeysInARowAreOneEdit)
+{
+    editor.window->makeFirstResponder(&editor.start());
+    for (int i = 0; i < 5; ++i) key(NSUpArrowFunctionKey);
+    EXPECT_NEAR(start(), 490, 0.01);
+    scene.run(1);
+    key(NSPageUpFunctionKey);
+    EXPECT_TRUE(undo());
+    EXPECT_NEAR(start(), 490, 0.01);
+    EXPECT_TRUE(undo());
+    EXPECT_NEAR(start(), 440, 0.01);
+    EXPECT_FALSE(undo());
+}
+
+TEST_F(EditingTest, AutomationIsNoEdit)
+{
+    AudioUnitParameter parameter{&unit, kParamStartFrequency, kAudioUnitScope_Global, 0};
+    for (const float hz : {500.0F, 600.0F, 30000.0F}) {
+        AUParameterSet(nullptr, nullptr, &parameter, hz, 0);
+        scene.run();
+    }
+    EXPECT_FALSE(undo());
+}
+
+TEST_F(EditingTest, TypingIsUndoneInItsFieldFirst)
+{
+    auto& field = editor.outlet<NSTextField>("mGainText");
+    enter("mStartFrequencyText", 1000);
+    field.selectText(nullptr);
+    key(u'-');
+    key(u'7');
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(start(), 1000);
+    key(NSEscapeCharacter);
+    while (start() == 1000 && undo()) {
+    }
+    EXPECT_EQ(start(), 440) << "then the edit before";
+}
+
+TEST_F(EditingTest, ThePicturesDragsCount)
+{
+    for (const RetainPtr<NSView>& view : editor.view->subviews()) {
+        auto* picture = asKind<TonaroToneView>(view.get());
+        if (!picture) continue;
+        const NSPoint at = picture->convertPointToWindow(picture->endPoint());
+        const auto mouse = [&](NSEventType type, CGFloat y) {
+            editor.window->sendEvent(*NSEvent::mouseEvent(type, {at.x, at.y + y}, 0, 0, editor.window, 1));
+        };
+        mouse(NSLeftMouseDown, 0);
+        EXPECT_FALSE(undo()) << "not in the middle of an edit";
+        mouse(NSLeftMouseDragged, 10);
+        mouse(NSLeftMouseUp, 10);
+    }
+    scene.run();
+    EXPECT_NE(unit.values[kParamEndFrequency], 8000);
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(unit.values[kParamEndFrequency], 8000);
+}
+
+TEST_F(EditingTest, TheSettingTravelsByTheClipboard)
+{
+    key(u'c', kCtrl);
+    std::string copied;
+    NSPasteboard::readString([&copied](const NSString* text) { copied = text->utf8(); });
+    EXPECT_EQ(copied, "waveform=Sine\nstart-frequency=440\nuse-end=1\nend-frequency=8000\nlog-sweep=0\ngain=-12\n"
+                      "length=2.5\n");
+    NSPasteboard::setString("--set waveform=square; gain = -20.5, start-frequency=440"_ns.get());
+    key(u'v', kCtrl);
+    EXPECT_EQ(unit.takeLog(), "begin(0) set(0,2) end(0) begin(5) set(5,-20.5) end(5)") << "what is new is set";
+    EXPECT_EQ(editor.text("mGainText"), "-20.5");
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(unit.values[kParamGain], -12);
+    EXPECT_EQ(unit.values[kParamWaveform], 0) << "together";
+}
+
+TEST_F(EditingTest, AClipboardWithoutASettingChangesNothing)
+{
+    for (const char* text :
+         {"", "hello", "gain=-20; volume=3", "gain=loud", "gain=nan", "gain=1e99", "gain", "=", "\n;"}) {
+        SCOPED_TRACE(text);
+        NSPasteboard::setString(NSString::string(text).get());
+        EXPECT_TRUE(key(u'v', kCtrl));
+        EXPECT_EQ(unit.takeLog(), "");
+    }
+}
+
+TEST_F(EditingTest, AnEditorMayCloseWhileItPastes)
+{
+    NSPasteboard::setString("gain=-20\nlength=3"_ns.get());
+    unit.whenSet = [this] {
+        editor.window->setContentView(nullptr);
+        editor.view.reset();
+    };
+    key(u'v', kCtrl);
+    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-20) end(5) begin(6) set(6,3) end(6)") << "whole, not by half";
+}
+
+TEST(TonaroSettingText, ReadsWhatItWrites)
+{
+    const std::array<float, kParamCount> values{3, 0.01F, 0, 123.456F, 1, -120, 86399.99F};
+    std::string problem;
+    const TonaroSetting setting = TonaroSettingFromText(TonaroSettingText(values), problem);
+    ASSERT_EQ(setting.size(), values.size()) << problem;
+    for (const auto& [parameter, value] : setting) EXPECT_EQ(value, values[parameter]);
+    EXPECT_TRUE(TonaroSettingFromText("gain=-1\nlength=x", problem).empty());
+    EXPECT_EQ(problem, "length=x");
+}
+
+} // namespace
