@@ -48,7 +48,7 @@ constexpr ColorRow kColors[] = {
     ROW(errorColor, 0xD1242FFF, 0xFF6B6BFF),
     ROW(selectionColor, 0xB9D4FBFF, 0x27497AFF),
     ROW(inactiveSelectionColor, 0xDDE1E8FF, 0x3A4049FF),
-    ROW(focusRingColor, 0x1F6FEBD0, 0x5AA2FFA6),
+    ROW(focusRingColor, 0x1F6FEBC0, 0x5AA2FFA6),
     ROW(tickColor, 0x8A93A2FF, 0x757D89FF),
     ROW(bubbleColor, 0x2B313BFF, 0xE2E6ECFF),
     ROW(bubbleTextColor, 0xFFFFFFFF, 0x1B1F26FF),

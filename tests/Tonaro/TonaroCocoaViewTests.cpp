@@ -307,6 +307,26 @@ TEST_F(TonaroCocoaViewTest, PaintsItsPatternInTheDirtyRectangleOnly)
     }
 }
 
+TEST(TonaroCocoaView, TurnsDarkWhileItIsShown)
+{
+    const auto pixels = [](const Editor& editor) {
+        const auto bytes = CGBitmapContextGetPixels(editor.window->bitmap());
+        return std::vector<std::uint8_t>(bytes.begin(), bytes.end());
+    };
+    EditorScene scene;
+    ScriptedUnit unit;
+    const Editor shown(&unit);
+    const auto light = pixels(shown);
+    NSAppearance::setCurrent(NSAppearanceName::dark);
+    const Editor born(&unit);
+    const auto changed = pixels(shown), dark = pixels(born);
+    NSAppearance::setCurrent(NSAppearanceName::light);
+    EXPECT_EQ(changed, dark) << "everything follows";
+    constexpr std::array<std::uint8_t, 4> kBackground = {0x1B, 0x1E, 0x23, 0xFF}; // between the pattern's dots
+    EXPECT_TRUE(std::equal(kBackground.begin(), kBackground.end(), dark.begin()));
+    EXPECT_EQ(pixels(shown), light) << "and back";
+}
+
 TEST(TonaroCocoaView, TwoEditorsFollowEachOtherAndComeToRest)
 {
     EditorScene scene;

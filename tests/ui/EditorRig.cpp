@@ -65,7 +65,7 @@ void EditorTest::start(const std::vector<std::string>& options)
 {
     std::vector<std::string> words = {TONARO_PROGRAM, "--trace", "--scale=1", "--mute"};
     words.insert(words.end(), options.begin(), options.end());
-    editor.emplace(words, std::vector<std::string>{server.setting(), "LC_ALL=C.UTF-8"});
+    editor.emplace(words, std::vector<std::string>{server.setting(), "LC_ALL=C.UTF-8", "GTK_THEME="});
     const std::size_t count = std::find(options.begin(), options.end(), "--editors=2") != options.end() ? 2 : 1;
     ASSERT_TRUE(person.waitUntil([&] { return (windows = person.windowsNamed("Tonaro")).size() == count; }));
     for (std::size_t i = 0; i < count; ++i)
