@@ -36,9 +36,13 @@ _tonaro()
         COMPREPLY=($(compgen -W "1 1.25 1.5 2 3 4" -- "$cur"))
         return
         ;;
+    --appearance)
+        COMPREPLY=($(compgen -W "auto light dark" -- "$cur"))
+        return
+        ;;
     --editors) return ;;
     esac
     $split && return
-    COMPREPLY=($(compgen -W "--set --device --list-devices --mute --render --editors --scale --trace --screenshot
-        --controls --demo --help --version" -- "$cur"))
+    COMPREPLY=($(compgen -W "--set --device --list-devices --mute --render --editors --scale --appearance --trace
+        --screenshot --controls --demo --help --version" -- "$cur"))
 } && complete -F _tonaro tonaro
