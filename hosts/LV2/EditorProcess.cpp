@@ -4,6 +4,7 @@
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSLog.h"
+#include "Standalone/HelpWindow.h"
 #include "TonaroCocoaView.h"
 #include "X11/X11Display.h"
 
@@ -14,6 +15,13 @@ namespace {
 
 constexpr const char* kHostBundleIdentifier = "org.tonaro.host";
 int gEditors = 0;
+
+/// While there are editors; then it goes, and takes its window along.
+RetainPtr<HelpWindow>& Help()
+{
+    static RetainPtr<HelpWindow> help;
+    return help;
+}
 
 /// Writes failures of the unit to the log; work goes on.
 class LoggingAssertionHandler final : public NSAssertionHandler {
@@ -40,7 +48,7 @@ void RegisterBundles(const std::string& folder)
 
 } // namespace
 
-EditorProcess::EditorProcess(const std::string& bundlePath)
+EditorProcess::EditorProcess(const std::string& bundlePath, double scale)
 {
     RegisterBundles(bundlePath);
     if (gEditors == 0) {
@@ -48,11 +56,14 @@ EditorProcess::EditorProcess(const std::string& bundlePath)
         auto display = NSMakeX11Display(nullptr, &error);
         if (!display) throw std::runtime_error(error);
         NSApplication::sharedApplication()->setDisplay(std::move(display));
+        Help() = make<HelpWindow>(&HelpWindow::initWithScale, scale);
     }
     ++gEditors;
 }
 
 EditorProcess::~EditorProcess()
 {
-    if (--gEditors == 0) NSApplication::sharedApplication()->setDisplay(nullptr);
+    if (--gEditors > 0) return;
+    if (const RetainPtr<HelpWindow> help = std::move(Help())) help->close();
+    NSApplication::sharedApplication()->setDisplay(nullptr);
 }

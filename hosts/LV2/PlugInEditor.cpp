@@ -38,7 +38,10 @@ public:
 };
 
 PlugInEditor::PlugInEditor(const EditorHost& host, const std::string& bundlePath)
-    : mProcess(bundlePath), mHost(host), mUnit(*this, host.sampleRateHz()), mFormatObserver(make<FormatObserver>())
+    : mProcess(bundlePath, host.scale()),
+      mHost(host),
+      mUnit(*this, host.sampleRateHz()),
+      mFormatObserver(make<FormatObserver>())
 {
     const NSAutoreleasePool pool;
     if (mHost.map()) mapNames();

@@ -1,7 +1,7 @@
 // The plug-in in hosts that people use: jalv with two toolkits, on a JACK server without a sound device.
 
+#include "LV2/EditorLayout.h"
 #include "LV2/JackProbe.h"
-#include "ui/Controls.h"
 #include "ui/XClient.h"
 #include "ui/Xvfb.h"
 
@@ -106,17 +106,19 @@ protected:
 
     CGPoint at(const std::string& outlet, double part) const
     {
-        static const Controls controls;
-        const CGPoint point = controls[outlet].at(part), origin = const_cast<XClient&>(person).frame(editor).origin;
+        const CGPoint point = placeInEditor(outlet, part), origin = const_cast<XClient&>(person).frame(editor).origin;
         return {point.x + origin.x, point.y + origin.y};
     }
-    double filledPart(const std::string& outlet)
+    double knobAt(const std::string& outlet)
     {
         const CGPoint from = at(outlet, 0.0), to = at(outlet, 1.0);
         const auto row = person.pixels(CGRectMake(from.x, std::floor(from.y), to.x - from.x, 1));
-        const auto isFilled = [](std::uint32_t pixel) { return (pixel & 0xFF) > 0xC0 && (pixel >> 16 & 0xFF) < 0x80; };
-        const auto last = std::find_if(row.rbegin(), row.rend(), isFilled);
-        return static_cast<double>(row.rend() - last) / static_cast<double>(row.size());
+        const auto isTrack = [](std::uint32_t pixel) {
+            return (pixel >> 16 & 0xFF) > 0xB8 && (pixel >> 16 & 0xFF) < 0xE8;
+        };
+        const auto knobEnd = std::find_if_not(row.rbegin(), row.rend(), isTrack);
+        // the knob is 20 wide, and stops where it touches the ends
+        return (static_cast<double>(row.rend() - knobEnd) - 20.0) / (static_cast<double>(row.size()) - 20.0);
     }
 
     TemporaryFolder folder;
@@ -137,7 +139,7 @@ TEST_P(Jalv, ADragIsHeardAndThePresetIsSeen)
     person.press();
     person.glideTo(at("mStartFrequencySlider", 0.6));
     person.release();
-    EXPECT_TRUE(person.waitUntil([&] { return std::abs(filledPart("mStartFrequencySlider") - 0.6) < 0.05; }));
+    EXPECT_TRUE(person.waitUntil([&] { return std::abs(knobAt("mStartFrequencySlider") - 0.6) < 0.05; }));
     const double dragged = HzFromMel(0.6 * MelFromHz(24000.0));
     EXPECT_TRUE(person.waitUntil([&] { return std::abs(probe->hertz() - dragged) < 0.1 * dragged; }))
         << probe->hertz() << " Hz where about " << dragged << " was set";
@@ -149,8 +151,8 @@ TEST_P(Jalv, ADragIsHeardAndThePresetIsSeen)
     person.key(kReturn);
     EXPECT_TRUE(person.waitUntil([&] { return std::abs(probe->hertz() - 9000.0) < 1.0; })) << probe->hertz() << " Hz";
     const double preset = MelFromHz(9000.0) / MelFromHz(24000.0);
-    EXPECT_TRUE(person.waitUntil([&] { return std::abs(filledPart("mStartFrequencySlider") - preset) < 0.05; }))
-        << filledPart("mStartFrequencySlider");
+    EXPECT_TRUE(person.waitUntil([&] { return std::abs(knobAt("mStartFrequencySlider") - preset) < 0.05; }))
+        << knobAt("mStartFrequencySlider");
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Jalv, testing::Values("jalv.gtk3", "jalv.qt5"), [](const auto& row) {

@@ -1,7 +1,7 @@
 // The built editor in a small host, under a real pointer.
 
+#include "LV2/EditorLayout.h"
 #include "LV2/PlugInHost.h"
-#include "ui/Controls.h"
 #include "ui/XClient.h"
 #include "ui/Xvfb.h"
 
@@ -36,18 +36,20 @@ protected:
     HostedEditor::Options embedded() const { return {.parent = parent}; }
     CGPoint at(const std::string& outlet, double part = 0.5) const
     {
-        static const Controls controls;
-        const CGPoint point = controls[outlet].at(part);
+        const CGPoint point = placeInEditor(outlet, part);
         return {point.x + kLeft, point.y + kTop};
     }
-    /// How far the coloured part of a slider reaches, as a part of its width: to the left edge of its knob.
-    double filledPart(const std::string& outlet)
+    /// Where the knob of a slider is, 0 to 1: the grey part begins at its right edge.
+    double knobAt(const std::string& outlet)
     {
         const CGPoint from = at(outlet, 0.0), to = at(outlet, 1.0);
         const auto row = person.pixels(CGRectMake(from.x, std::floor(from.y), to.x - from.x, 1));
-        const auto isFilled = [](std::uint32_t pixel) { return (pixel & 0xFF) > 0xC0 && (pixel >> 16 & 0xFF) < 0x80; };
-        const auto last = std::find_if(row.rbegin(), row.rend(), isFilled);
-        return static_cast<double>(row.rend() - last) / static_cast<double>(row.size());
+        const auto isTrack = [](std::uint32_t pixel) {
+            return (pixel >> 16 & 0xFF) > 0xB8 && (pixel >> 16 & 0xFF) < 0xE8;
+        };
+        const auto knobEnd = std::find_if_not(row.rbegin(), row.rend(), isTrack);
+        // the knob is 20 wide, and stops where it touches the ends
+        return (static_cast<double>(row.rend() - knobEnd) - 20.0) / (static_cast<double>(row.size()) - 20.0);
     }
     void idleFor(HostedEditor& editor, double seconds)
     {
@@ -113,10 +115,10 @@ TEST_F(PlugInEditorTest, ADragReachesEveryKindOfHost)
         const auto log = editor.taken();
         EXPECT_EQ(Shape(log), row.shape);
         EXPECT_GT(log.size(), 8U); // every move
-        EXPECT_NEAR(filledPart("mStartFrequencySlider"), 0.7, 0.05);
+        EXPECT_NEAR(knobAt("mStartFrequencySlider"), 0.7, 0.05);
         idleFor(editor, 0.5);
         EXPECT_THAT(editor.taken(), IsEmpty());
-        EXPECT_NEAR(filledPart("mStartFrequencySlider"), 0.7, 0.05);
+        EXPECT_NEAR(knobAt("mStartFrequencySlider"), 0.7, 0.05);
     }
 }
 
@@ -135,8 +137,8 @@ TEST_F(PlugInEditorTest, OpeningAndAutomationWriteNothing)
     }
     editor.portEvent(1, 5000.0f);
     EXPECT_TRUE(idleUntil(editor, [&] {
-        return std::abs(filledPart("mStartFrequencySlider") - MelFromHz(5000) / MelFromHz(24000)) < 0.05;
-    })) << filledPart("mStartFrequencySlider");
+        return std::abs(knobAt("mStartFrequencySlider") - MelFromHz(5000) / MelFromHz(24000)) < 0.05;
+    })) << knobAt("mStartFrequencySlider");
     idleFor(editor, 0.6);
     EXPECT_THAT(editor.taken(), IsEmpty());
 }
@@ -153,9 +155,9 @@ TEST_F(PlugInEditorTest, TheHostWaitsUntilADragIsOver)
         editor.portEvent(1, 100.0f + static_cast<float>(i));
         idleFor(editor, 0.02);
     }
-    EXPECT_NEAR(filledPart("mStartFrequencySlider"), 0.6, 0.05);
+    EXPECT_NEAR(knobAt("mStartFrequencySlider"), 0.6, 0.05);
     person.release();
-    EXPECT_TRUE(idleUntil(editor, [&] { return filledPart("mStartFrequencySlider") < 0.2; }));
+    EXPECT_TRUE(idleUntil(editor, [&] { return knobAt("mStartFrequencySlider") < 0.2; }));
     EXPECT_EQ(Shape(editor.taken()), "touch 1, write 1, leave 1");
 }
 
@@ -213,6 +215,22 @@ TEST_F(PlugInEditorTest, StandsAloneWhereTheHostCantEmbed)
     EXPECT_TRUE(editor.idle());
 }
 
+TEST_F(PlugInEditorTest, HelpOpensOnceAndGoesWithTheLastEditor)
+{
+    std::optional<HostedEditor> editor(std::in_place, names, embedded()), below(std::in_place, names, embedded());
+    idleFor(*editor, 0.1);
+    for (int i = 0; i < 2; ++i) {
+        person.click(at("onHelp:"));
+        EXPECT_TRUE(idleUntil(*editor, [&] { return person.windowsNamed("Tonaro Help").size() == 1; }));
+        idleFor(*editor, 0.2);
+    }
+    editor.reset();
+    idleFor(*below, 0.1);
+    EXPECT_EQ(person.windowsNamed("Tonaro Help").size(), 1U);
+    below.reset();
+    EXPECT_TRUE(person.waitUntil([&] { return person.windowsNamed("Tonaro Help").empty(); }));
+}
+
 TEST_F(PlugInEditorTest, ManyCloseInAnyOrder)
 {
     std::vector<std::unique_ptr<HostedEditor>> editors;
@@ -257,7 +275,7 @@ TEST_F(PlugInEditorTest, FiftyOpeningsLeaveNothingBehind)
     EXPECT_EQ(descriptors(), openBefore);
     EXPECT_LT(mallinfo2().uordblks, bytesBefore + 50 * 1024) << "from " << bytesBefore; // a kilobyte each
     const HostedEditor another(names, embedded());
-    EXPECT_EQ(another.size().first, 640);
+    EXPECT_EQ(another.size().first, editorWidth());
 }
 
 TEST_F(PlugInEditorTest, TheTimeFormatBelongsToTheState)

@@ -1,0 +1,57 @@
+#include "LV2/EditorLayout.h"
+
+#include "Foundation/NSAutoreleasePool.h"
+#include "Foundation/NSBundle.h"
+#include "TonaroCocoaViewFactory.h"
+#include "ToneUnit/ToneUnit.h"
+
+#include <map>
+#include <stdexcept>
+
+namespace {
+
+struct Layout {
+    std::map<std::string, NSRect> frames;
+    CGFloat width = 0;
+};
+
+void Collect(TonaroCocoaView& editor, NSView& view, Layout& layout)
+{
+    const NSRect frame = view.convertRectToWindow(view.bounds());
+    for (const NSClass::OutletEntry& outlet : editor.classTable().outlets)
+        if (outlet.get(&editor) == &view) layout.frames[outlet.name] = frame;
+    const auto* const control = asKind<NSControl>(&view);
+    if (control && control->action()) layout.frames[control->action()] = frame;
+    for (const RetainPtr<NSView>& subview : view.subviews()) Collect(editor, *subview, layout);
+}
+
+Layout ReadLayout()
+{
+    const NSAutoreleasePool pool;
+    NSBundle::registerBundle(NSBundle::bundleWithPath(TONARO_LV2_BUNDLE "/org.tonaro.view.bundle").get());
+    ToneUnit unit;
+    Layout layout;
+    auto* const editor = asKind<TonaroCocoaView>(make<TonaroCocoaViewFactory>()->uiViewForAudioUnit(&unit, NSSize{}));
+    if (!editor) throw std::runtime_error("the editor can't be opened");
+    Collect(*editor, *editor, layout);
+    layout.width = editor->frame().size.width;
+    return layout;
+}
+
+const Layout& TheLayout()
+{
+    static const Layout layout = ReadLayout();
+    return layout;
+}
+
+} // namespace
+
+CGPoint placeInEditor(const std::string& control, double part)
+{
+    const auto found = TheLayout().frames.find(control);
+    if (found == TheLayout().frames.end()) throw std::runtime_error("no control \"" + control + "\"");
+    const NSRect& frame = found->second;
+    return {frame.origin.x + part * frame.size.width, CGRectGetMidY(frame)};
+}
+
+CGFloat editorWidth() { return TheLayout().width; }
