@@ -7,7 +7,7 @@
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSNumberFormatter.h"
 #include "PosFmt.h"
-#include "TonaroUnitView.h"
+#include "TonaroUnitFollower.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ constexpr AudioUnitPropertyID kWatchedProperties[] = {kAudioUnitProperty_SampleR
 void bindViewsInside(const NSView& view, AudioUnit unit)
 {
     for (const RetainPtr<NSView>& inside : view.subviews()) {
-        if (auto* follower = dynamic_cast<TonaroUnitView*>(inside.get())) follower->setAU(unit);
+        if (auto* follower = dynamic_cast<TonaroUnitFollower*>(inside.get())) follower->setAU(unit);
         bindViewsInside(*inside, unit);
     }
 }

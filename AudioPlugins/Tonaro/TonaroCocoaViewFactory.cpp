@@ -3,8 +3,10 @@
 #include "AppKit/NSNib.h"
 #include "Foundation/NSAutoreleasePool.h"
 #include "Foundation/NSLog.h"
+#include "TonaroFields.h"
 #include "TonaroFormatPopUp.h"
 #include "TonaroFrequencyScale.h"
+#include "TonaroLengthStepper.h"
 #include "TonaroNumberFormatters.h"
 #include "TonaroToneView.h"
 
@@ -26,6 +28,9 @@ bool TonaroCocoaViewFactory::init()
     NSRegisterClass(TonaroFrequencyFormatter::staticClass());
     NSRegisterClass(TonaroGainFormatter::staticClass());
     NSRegisterClass(TonaroToneView::staticClass());
+    NSRegisterClass(TonaroNumberField::staticClass());
+    NSRegisterClass(TonaroLengthField::staticClass());
+    NSRegisterClass(TonaroLengthStepper::staticClass());
     return NSObject::init();
 }
 

@@ -3,15 +3,16 @@
 /// A picture of the tone: the path of its frequency over its length, the wave behind it. Where the tone doesn't sweep,
 /// the path to the end frequency is grey. Its end points can be dragged: each drag is one gesture.
 
+#include "AppKit/NSView.h"
 #include "Foundation/NSClass.h"
 #include "TonaroToneShape.h"
+#include "TonaroUnitFollower.h"
 #include "TonaroUnitListener.h"
-#include "TonaroUnitView.h"
 
 #include <memory>
 #include <optional>
 
-class TonaroToneView final : public TonaroUnitView {
+class TonaroToneView final : public NSView, public TonaroUnitFollower {
 public:
     NS_CLASS(TonaroToneView)
 

@@ -38,18 +38,19 @@ bool NSTextBubble::initWithText(const NSString* text, NSRect anchor, NSRect room
     return initWithFrame({{std::round(x), std::round(y)}, size});
 }
 
-/// Breaks at spaces; a word that is wider than the note is cut with an ellipsis.
+/// Breaks at line ends and where needed at spaces; a word that is wider than the note is cut with an ellipsis.
 void NSTextBubble::breakLines(CGFloat width)
 {
     const std::u16string& text = mText->units();
+    bool startsLine = true;
     for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find(u' ', start), text.size());
+        const std::size_t end = std::min(text.find_first_of(u" \n", start), text.size());
         const std::u16string word = text.substr(start, end - start);
-        const std::u16string longer = mLines.empty() ? word : mLines.back() + u' ' + word;
-        if (mLines.empty() || WidthOf(longer) > width)
+        if (startsLine || WidthOf(mLines.back() + u' ' + word) > width)
             mLines.push_back(word);
         else
-            mLines.back() = longer;
+            mLines.back() += u' ' + word;
+        startsLine = end < text.size() && text[end] == u'\n';
         start = end + 1;
     }
     for (auto& line : mLines) line = CTTruncatedEnd(line, Font(), width);

@@ -72,6 +72,8 @@ public:
 
 protected:
     void dealloc() override;
+    /// The value is what a person typed now; the action follows.
+    virtual void valueWasTyped() {}
     /// Up or Down was pressed during an edit. @return false to move the caret to the start or the end instead
     virtual bool stepWithKey(bool up, NSEvent& event);
     /// What stands in the editor as a value; null where it stands for none and the old value remains. Needs an edit.

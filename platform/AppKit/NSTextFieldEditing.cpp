@@ -93,8 +93,9 @@ bool NSTextField::commit(Ending ending)
     showValue();
     mEditor->selectAll(nullptr);
     setNeedsDisplay();
-    // last, since the action may do anything, throw included
-    if (value && (ending == Ending::byReturn || holder->sendsActionOnEndEditing())) sendAction(action(), target());
+    if (!value || (ending == Ending::byLeaving && !holder->sendsActionOnEndEditing())) return true;
+    valueWasTyped();
+    sendAction(action(), target()); // last, since it may do anything, throw included
     return true;
 }
 

@@ -8,7 +8,8 @@ namespace {
 NSView* ViewWithToolTip(const NSWindow& window, NSPoint pointer)
 {
     NSView* view = window.contentView() ? window.contentView()->hitTest(pointer) : nullptr;
-    while (view && !(view->toolTip() && view->toolTip()->length())) view = view->superview();
+    for (; view; view = view->superview())
+        if (const auto toolTip = view->toolTip(); toolTip && toolTip->length() > 0) break;
     return view;
 }
 
@@ -39,7 +40,8 @@ void NSToolTipTracker::show()
     const NSView* const view = ViewWithToolTip(mWindow, mPointer);
     if (!view || !mWindow.isVisible()) return;
     constexpr CGFloat kPointerHeight = 16;
-    mBubble = make<NSTextBubble>(&NSTextBubble::initWithText, view->toolTip(), NSRect{mPointer, {0, kPointerHeight}},
+    const RetainPtr<const NSString> toolTip = view->toolTip();
+    mBubble = make<NSTextBubble>(&NSTextBubble::initWithText, toolTip.get(), NSRect{mPointer, {0, kPointerHeight}},
                                  NSRect{{0, 0}, mWindow.contentSize()});
     mWindow.addOverlay(mBubble);
 }

@@ -37,7 +37,7 @@ public:
     bool isHidden() const { return mHidden; }
     void setHidden(bool hidden);
     bool isHiddenOrHasHiddenAncestor() const;
-    const NSString* toolTip() const { return mToolTip; }
+    virtual RetainPtr<const NSString> toolTip() const { return mToolTip; }
     void setToolTip(const NSString* toolTip) { mToolTip = RetainPtr<const NSString>(toolTip); }
     NSMenu* menu() const;
     void setMenu(NSMenu* menu);

@@ -106,7 +106,7 @@ TEST(NSTextView, KeysOfNobodyGoOn)
         const char* key;
         bool editable, wanted;
     } kRows[] = {
-        {"a", true, true},     {"C-z", true, true},    {"Ret", true, true},   {"C-s", true, false},
+        {"a", true, true},     {"C-z", true, false},   {"Ret", true, true},   {"C-s", true, false},
         {"A-f", true, false},  {"F5", true, false},    {"Esc", true, false},  {"C-Tab", true, true},
         {"a", false, false},   {"Back", false, false}, {"C-v", false, false}, {"C-c", false, true},
         {"Left", false, true}, {"Ret", false, false},

@@ -177,6 +177,26 @@ TEST_F(EditingTest, AnEditorMayCloseWhileItPastes)
     EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-20) end(5) begin(6) set(6,3) end(6)") << "whole, not by half";
 }
 
+TEST_F(EditingTest, ToolTipsTellTheNoteAndWhatWasClamped)
+{
+    auto& field = editor.outlet<NSTextField>("mStartFrequencyText");
+    EXPECT_EQ(field.toolTip()->utf8(), "A4");
+    const auto type = [&](const char* text, float held) {
+        unit.whenSet = [this, held] { unit.values[kParamStartFrequency] = held; };
+        field.selectText(nullptr);
+        for (const char* c = text; *c; ++c) key(static_cast<unichar>(*c));
+        key(NSCarriageReturnCharacter);
+    };
+    type("30k", 22050);
+    EXPECT_EQ(field.toolTip()->utf8(), "F10 −23 ct\n30000 is out of range; the nearest possible is 22050.");
+    type("1k", 1000);
+    EXPECT_EQ(field.toolTip()->utf8(), "B5 +21 ct");
+    type("440.0001", 440.001F);
+    EXPECT_EQ(field.toolTip()->utf8(), "A4") << "the editor's own rounding is no limit";
+    EXPECT_EQ(editor.outlet<NSTextField>("mGainText").toolTip(), nullptr);
+    EXPECT_EQ(editor.text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
+}
+
 TEST(TonaroSettingText, ReadsWhatItWrites)
 {
     const std::array<float, kParamCount> values{3, 0.01F, 0, 123.456F, 1, -120, 86399.99F};

@@ -94,6 +94,37 @@ TEST_F(LengthTest, EditsAreFramed)
     EXPECT_EQ(unit.takeLog(), "") << "the echo is shown and answered by nobody";
 }
 
+TEST_F(LengthTest, AStepStartsFromWhatWasTypedAMomentAgo)
+{
+    type("00:00:09");
+    const NSPoint up = stepper().convertPointToWindow({5, 5});
+    for (const NSEventType part : {NSLeftMouseDown, NSLeftMouseUp})
+        editor->window->sendEvent(*NSEvent::mouseEvent(part, up, 0, 0, editor->window, 1));
+    EXPECT_EQ(unit.takeLog(), "begin(6) set(6,9) end(6) begin(6) set(6,9.5) end(6)");
+    unit.values[kParamLength] = 0.125F;
+    editor->show(kParamLength, 0.125F);
+    key(NSUpArrowFunctionKey);
+    EXPECT_EQ(unit.takeLog(), "begin(6) set(6,0.625) end(6)") << "also from less than a step";
+}
+
+TEST_F(LengthTest, TheToolTipTellsTheOtherFormats)
+{
+    const std::string tip = field().toolTip()->utf8();
+    EXPECT_EQ(std::count(tip.begin(), tip.end(), '\n'), 9);
+    EXPECT_NE(tip.find("Samples: 110,250\n"), tip.npos) << tip;
+    EXPECT_NE(tip.find("\nSMPTE drop (29.97 fps): 00:00:02;15\n"), tip.npos) << tip;
+    EXPECT_EQ(tip.find("Time (hh"), tip.npos) << "which the field shows";
+    EXPECT_EQ(text(), "00:00:02.500");
+
+    unit.whenSet = [this] { unit.values[kParamLength] = 100; };
+    type("00:10:00");
+    scene.run();
+    EXPECT_EQ(field().toolTip()->utf8().find("00:10:00.000 is out of range; the nearest possible is 00:01:40.000."),
+              0U);
+    editor->show(kParamLength, 3);
+    EXPECT_EQ(field().toolTip()->utf8().find("Samples"), 0U);
+}
+
 TEST_F(LengthTest, TheUnitsFormatIsUsedWhereItIsOne)
 {
     const struct {

@@ -118,6 +118,7 @@ bool ZeTimeTextField::stepWithKey(bool up, NSEvent& event)
     if (m_Formatter && m_Formatter->isLength()) position = std::max(position, 0LL);
     setObjectValue(NSNumber::numberWithLongLong(position).get());
     abortEditing(); // shows the value, all selected
+    valueWasTyped();
     sendAction(action(), target());
     return true;
 }
