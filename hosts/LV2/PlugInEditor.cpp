@@ -96,7 +96,11 @@ void PlugInEditor::show()
     mWindow->orderFront();
 }
 
-void PlugInEditor::hide() { mWindow->orderOut(); }
+void PlugInEditor::hide()
+{
+    const NSAutoreleasePool pool;
+    if (mWindow) mWindow->orderOut();
+}
 
 bool PlugInEditor::idle()
 {

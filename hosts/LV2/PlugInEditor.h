@@ -19,7 +19,7 @@ public:
     PlugInEditor(const PlugInEditor&) = delete;
     PlugInEditor& operator=(const PlugInEditor&) = delete;
 
-    NSNativeWindow nativeWindow() const { return mWindow->nativeWindow(); }
+    NSNativeWindow nativeWindow() const { return mWindow ? mWindow->nativeWindow() : 0; } ///< 0 once closed
     void portEvent(std::uint32_t port, std::uint32_t size, LV2_URID protocol, const void* data);
     /// Does what is due, for every editor of the process. @return false once the person closed the window
     bool idle();
@@ -47,7 +47,7 @@ private:
     const EditorHost mHost;
     Names mNames{};
     PortUnit mUnit;
-    RetainPtr<NSWindow> mWindow;
+    RetainPtr<NSWindow> mWindow; ///< null where it couldn't be opened anew
     RetainPtr<FormatObserver> mFormatObserver;
     RetainPtr<ZeTimeTextField> mLengthField; ///< whose format is the unit's; null where the view has none
 };
