@@ -74,19 +74,16 @@ void TonePlayer::stop()
 void TonePlayer::look()
 {
     const RetainPtr<CFRunLoopTimer> keep = mTimer; // its callback is this call
-    if (!mOutput->isAlive() || standsStill()) goOnInSilence();
-    const float peak = mStream.takePeak();
-    mLevel = std::max(peak, mLevel * kFall);
+    const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
+    const std::uint64_t position = mStream.position();
+    if (position != mSeenPosition) { // a device that asks for much at a time has nothing new at every look
+        mLevel = std::max(mStream.takePeak(), mLevel * kFall);
+        mSeenPosition = position;
+        mMoved = now;
+    }
+    if (!mOutput->isAlive() || now - mMoved > kStandstillSeconds) goOnInSilence();
     if (mStream.isOver()) finish();
     tell();
-}
-
-bool TonePlayer::standsStill()
-{
-    const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
-    if (mStream.position() != mSeenPosition) mMoved = now;
-    mSeenPosition = mStream.position();
-    return now - mMoved > kStandstillSeconds;
 }
 
 void TonePlayer::goOnInSilence()

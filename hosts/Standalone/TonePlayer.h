@@ -43,7 +43,6 @@ private:
     void openOutput();
     void goOnInSilence(); ///< the device is gone
     void look();
-    bool standsStill();
     void finish();
     void tell() const;
 

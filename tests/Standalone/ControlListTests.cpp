@@ -112,8 +112,10 @@ TEST(Screenshot, IsAsLargeAsTheWindowAtItsScale)
     const auto picture = CGImageCreateWithPNGFile(options.file);
     std::remove(options.file.c_str());
     ASSERT_TRUE(picture);
-    EXPECT_EQ(CGImageGetWidth(picture), 960U);
-    EXPECT_EQ(CGImageGetHeight(picture), 723U) << "the editor, and the strip above it";
+    Session session({});
+    const NSSize editor = session.openEditor(1)->contentSize();
+    EXPECT_EQ(CGImageGetWidth(picture), 1.5 * editor.width);
+    EXPECT_EQ(CGImageGetHeight(picture), 1.5 * editor.height) << "with the strip above it";
 }
 
 } // namespace

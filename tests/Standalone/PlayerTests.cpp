@@ -2,6 +2,7 @@
 #include "SessionRig.h"
 
 #include "Standalone/LevelMeter.h"
+#include "ZeKernel/HeapRequests.h"
 
 #include <cmath>
 
@@ -122,6 +123,23 @@ TEST_F(Player, FollowsWhatTheEditorDoes)
     card.play(0.1);
     run(0.04);
     EXPECT_FALSE(player.isPlaying()) << "the tone has become shorter than what was played of it";
+}
+
+TEST_F(Player, AsksForNoMemoryWhileItRenders)
+{
+    useCard();
+    player.play();
+    std::vector<float> samples(4096);
+    const std::size_t before = HeapRequests();
+    card.source->render(samples);
+    set(kParamWaveform, 2);
+    card.source->render(samples);
+    player.stop();
+    const std::size_t stopped = HeapRequests();
+    card.source->render(samples);
+    EXPECT_EQ(HeapRequests(), stopped);
+    EXPECT_EQ(stopped, before);
+    run(0.04);
 }
 
 TEST_F(Player, FadesOutWhenStopped)

@@ -5,8 +5,7 @@
 
 namespace {
 
-constexpr double kSilence = 0.2;    // seconds: within two intervals of the unit's events, and some drawing
-constexpr int kHeightForEach = 530; // pixels of the screen
+constexpr double kSilence = 0.2; // seconds: within two intervals of the unit's events, and some drawing
 
 double NumberAtEnd(const std::string& line)
 {
@@ -68,8 +67,8 @@ void EditorTest::start(const std::vector<std::string>& options)
     editor.emplace(words, std::vector<std::string>{server.setting(), "LC_ALL=C.UTF-8", "GTK_THEME="});
     const std::size_t count = std::find(options.begin(), options.end(), "--editors=2") != options.end() ? 2 : 1;
     ASSERT_TRUE(person.waitUntil([&] { return (windows = person.windowsNamed("Tonaro")).size() == count; }));
-    for (std::size_t i = 0; i < count; ++i)
-        person.moveWindow(windows[i], 10, 10 + static_cast<int>(i) * kHeightForEach);
+    const int heightOfEach = static_cast<int>(person.frame(windows.front()).size.height) + 10;
+    for (std::size_t i = 0; i < count; ++i) person.moveWindow(windows[i], 10, 10 + static_cast<int>(i) * heightOfEach);
     person.focus(windows.front());
     editor->linesUntilQuiet();
 }

@@ -1,7 +1,10 @@
 // The strip above the editor in a real window.
 #include "ui/EditorRig.h"
 
+#include <csignal>
 #include <fstream>
+
+#include <unistd.h>
 
 namespace {
 
@@ -66,6 +69,54 @@ TEST_F(EditorSound, NothingWakesItUpWhileNothingPlays)
     const long after = waits(editor->process());
     traceUntilQuiet();
     EXPECT_EQ(waits(editor->process()), after);
+}
+
+/// A real sound server without a sound card.
+class JackServer {
+public:
+    JackServer() : mServer({"sh", "-c", "exec jackd -n \"$0\" -r -d dummy -r 48000 >/dev/null 2>&1", kName}, settings())
+    {
+    }
+
+    static bool isInstalled() { return Program({"sh", "-c", "command -v jackd"}).waitForExit(10) == 0; }
+    static std::vector<std::string> settings()
+    {
+        return {"JACK_DEFAULT_SERVER=" + kName, "JACK_NO_AUDIO_RESERVATION=1", "PULSE_SERVER=/nonexistent"};
+    }
+    static std::string devices()
+    {
+        return Program({"sh", "-c", "exec \"$0\" --list-devices 2>/dev/null", TONARO_PROGRAM}, settings()).allOutput();
+    }
+    void stop() { mServer.sendSignal(SIGKILL); }
+
+private:
+    static inline const std::string kName = "tonaro-test-" + std::to_string(getpid());
+    Program mServer;
+};
+
+TEST_F(EditorSound, PlaysOnAServerUntilThatIsGone)
+{
+    if (!JackServer::isInstalled()) GTEST_SKIP() << "jackd is not installed";
+    JackServer jack;
+    ASSERT_TRUE(person.waitUntil([] { return JackServer::devices() == "jack:system  (2 channels, 48000 Hz)\n"; }));
+    auto settings = JackServer::settings();
+    settings.push_back(server.setting());
+    Program program({"sh", "-c", "exec \"$0\" --scale=1 --device jack:system --set length=60 2>&1", TONARO_PROGRAM},
+                    settings);
+    ASSERT_TRUE(person.waitUntil([&] { return !(windows = person.windowsNamed("Tonaro")).empty(); }));
+    person.moveWindow(windows.front(), 10, 10);
+    EXPECT_TRUE(program.linesUntilQuiet().empty()) << "there is a device";
+    const auto quiet = meter();
+    pressPlay();
+    EXPECT_TRUE(person.waitUntil([&] { return meter() != quiet; }));
+    jack.stop();
+    const auto line = program.nextLine(10);
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->text, "tonaro: the sound device “jack:system” is gone; the tone goes on in silence");
+    EXPECT_TRUE(person.waitUntil([&] { return meter() != quiet; }));
+    pressPlay(); // the window lives on
+    EXPECT_TRUE(person.waitUntil([&] { return meter() == quiet; }));
+    EXPECT_FALSE(program.nextLine(0.2));
 }
 
 TEST(Sound, OneLineTellsThatThereIsNoDevice)

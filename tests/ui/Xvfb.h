@@ -6,7 +6,7 @@
 
 class Xvfb {
 public:
-    static constexpr int kWidth = 1280, kHeight = 1100;
+    static constexpr int kWidth = 1280, kHeight = 1300;
 
     /// @throw std::runtime_error when the server isn't installed or doesn't start
     explicit Xvfb(const std::string& depth = "24", const std::vector<std::string>& options = {});
