@@ -33,7 +33,8 @@ constexpr Face kFaces[] = {
     {"Times Roman", "Liberation Serif", PANGO_WEIGHT_NORMAL, "LiberationSerif-Regular.ttf"},
 };
 
-/// What the others have no letters for. It is only read with the first such letter: that takes as long as a whole window.
+/// What the others have no letters for. It is only read with the first such letter: that takes as long as a whole
+/// window.
 constexpr Face kEastAsianFace{"", "VL PGothic", PANGO_WEIGHT_NORMAL, "VL-PGothic-Regular.ttf"};
 
 constexpr const char* kFontFolders[] = {
