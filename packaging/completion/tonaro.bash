@@ -2,20 +2,20 @@
 _tonaro()
 {
     local cur prev words cword split
-    _init_completion -s -n = || return
+    _init_completion -s -n =: || return
     local names="waveform start-frequency use-end end-frequency log-sweep gain length sample-rate time-format"
     case $prev in
     --set)
         case $cur in
-        waveform=*) COMPREPLY=($(compgen -P waveform= -W "sine triangle square sawtooth" -- "${cur#*=}")) ;;
-        use-end=* | log-sweep=*) COMPREPLY=($(compgen -P "${cur%%=*}=" -W "0 1" -- "${cur#*=}")) ;;
+        # an equals sign ends the word that is replaced
+        waveform=*) COMPREPLY=($(compgen -W "sine triangle square sawtooth" -- "${cur#*=}")) ;;
+        use-end=* | log-sweep=*) COMPREPLY=($(compgen -W "0 1" -- "${cur#*=}")) ;;
         *=*) ;;
         *)
             COMPREPLY=($(compgen -S = -W "$names" -- "$cur"))
             compopt -o nospace
             ;;
         esac
-        __ltrim_equal_completions "$cur" 2>/dev/null
         return
         ;;
     --render)
