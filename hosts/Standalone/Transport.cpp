@@ -69,7 +69,9 @@ void Transport::update()
     mMeter.call(&LevelMeter::setLevel, mPlayer->level());
     const RetainPtr<NSString> place = placeOf(*mPlayer);
     const RetainPtr<NSString> shown = mHeard.call(&NSControl::stringValue);
-    if (!place->isEqual(shown.get())) mHeard.call(&NSControl::setStringValue, place.get());
+    if (place->isEqual(shown.get())) return;
+    mHeard.call(&NSControl::setStringValue, place.get());
+    mHeard.call(&NSView::setToolTip, place.get()); // where the name is longer than its place
 }
 
 void Transport::playOrStop(NSObject*) { mPlayer->isPlaying() ? mPlayer->stop() : mPlayer->play(); }
