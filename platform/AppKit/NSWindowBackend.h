@@ -80,7 +80,7 @@ public:
     /// What the desktop wants programs to look like; light where it doesn't say.
     virtual NSAppearanceName appearance() const { return NSAppearanceName::light; }
     /// Called from the run loop after `appearance` changed; null ends that.
-    virtual void setAppearanceHandler(std::function<void()> /*changed*/) {}
+    virtual void setAppearanceHandler(const std::function<void()>& /*changed*/) {}
 };
 
 /// Windows that exist only in memory. A window has the keyboard while it is shown. `scale` is what a window gets that

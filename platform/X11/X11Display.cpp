@@ -26,9 +26,9 @@ public:
         mServer->clipboard().read(std::move(callback));
     }
     NSAppearanceName appearance() const override { return mServer->settings().appearance(); }
-    void setAppearanceHandler(std::function<void()> changed) override
+    void setAppearanceHandler(const std::function<void()>& changed) override
     {
-        mServer->settings().setAppearanceHandler(std::move(changed));
+        mServer->settings().setAppearanceHandler(changed);
     }
 
 private:

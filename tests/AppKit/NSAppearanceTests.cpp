@@ -189,7 +189,7 @@ public:
     void setClipboardText(const NSString*) override {}
     void readClipboardText(std::function<void(const NSString*)> callback) override { callback(nullptr); }
     NSAppearanceName appearance() const override { return mName; }
-    void setAppearanceHandler(std::function<void()> changed) override { mChanged = std::move(changed); }
+    void setAppearanceHandler(const std::function<void()>& changed) override { mChanged = changed; }
 
 private:
     NSAppearanceName mName;
