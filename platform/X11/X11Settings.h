@@ -4,6 +4,10 @@
 /// time; without one, and where what it says can't be read, the appearance is light.
 ///
 /// The environment's GTK_THEME ("Adwaita:dark") stands above the manager, as it does for other programs.
+///
+/// Choice: desktop portals aren't asked, since a connection to the message bus would come into every plug-in host with
+/// them. Where a desktop tells nobody else (GNOME's dark style with a light theme), the environment or the program
+/// must.
 
 #include "X11/X11Connection.h"
 #include "X11/X11Theme.h"

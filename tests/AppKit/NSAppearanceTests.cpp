@@ -41,7 +41,7 @@ double Contrast(NSAppearanceColorName drawn, NSAppearanceColorName ground)
     Color color = CGColorGetComponents(NSAppearanceColor(drawn));
     const Color under = CGColorGetComponents(NSAppearanceColor(ground));
     for (std::size_t i = 0; i < 3; ++i) color[i] = color[i] * color[3] + under[i] * (1 - color[3]);
-    const auto [dark, light] = std::minmax(Luminance(color), Luminance(under));
+    const auto [dark, light] = std::minmax({Luminance(color), Luminance(under)});
     return (light + 0.05) / (dark + 0.05);
 }
 
