@@ -16,7 +16,7 @@ RetainPtr<NSView> stacked(NSView& upper, NSView& lower)
 {
     const NSSize size = lower.frame().size;
     const CGFloat height = upper.frame().size.height;
-    const auto both = make<NSView>(CGRectMake(0, 0, size.width, height + size.height));
+    auto both = make<NSView>(CGRectMake(0, 0, size.width, height + size.height));
     lower.setFrame(CGRectMake(0, height, size.width, size.height));
     upper.setFrame(CGRectMake(0, 0, size.width, height));
     both->addSubview(&lower);
