@@ -208,7 +208,7 @@ void TonaroToneView::drawRect(NSRect)
 
     CGContextSetLineJoin(context, kCGLineJoinRound);
     const CGRect inside = plot();
-    strokeLine(context, mShape.wave(CGRectInset(inside, 0, kWaveInset)), knobBorderColor, 1);
+    strokeLine(context, mShape.wave(CGRectInset(inside, 0, kWaveInset)), tickColor, 1);
     if (!mShape.sweeps) {
         strokeLine(context, mShape.path(inside, true), disabledAccentColor, 2);
         drawPoint(context, endPoint(), false);

@@ -42,7 +42,7 @@ constexpr ColorRow kColors[] = {
     ROW(fieldBorderColor, 0x8A93A2FF, 0x6E7683FF),
     ROW(fieldHoverBorderColor, 0x5B6472FF, 0x9EA8B5FF),
     ROW(fieldPressedColor, 0xE6EAF0FF, 0x30353DFF),
-    ROW(disabledFieldColor, 0xF6F7F9FF, 0x23272DFF),
+    ROW(disabledFieldColor, 0xF6F7F9FF, 0x202429FF),
     ROW(disabledFieldBorderColor, 0xDADEE5FF, 0x3C434CFF),
     ROW(windowBackgroundColor, 0xECEEF2FF, 0x1B1E23FF),
     ROW(errorColor, 0xD1242FFF, 0xFF6B6BFF),
