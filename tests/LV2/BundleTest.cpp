@@ -28,20 +28,22 @@ bool IsInstalled(const std::string& program)
 
 std::string OutputOf(const std::string& command)
 {
-    Program program({"sh", "-c", command + " 2>&1"}, kLv2Path);
+    Program program({"sh", "-c", "exec 2>&1; " + command}, kLv2Path);
     return program.allOutput();
 }
 
 TEST(Bundle, IsValid)
 {
     if (!IsInstalled("lv2_validate") || !IsInstalled("sord_validate")) GTEST_SKIP() << "no lv2_validate";
-    const std::string standard = "$(find /usr/lib/lv2 -path '*.lv2/*.ttl' -not -name '*.doap.ttl') ";
+    // the standard alone: other plug-ins that are installed may have faults of their own
+    const std::string standard = "$(dpkg -L lv2-dev | grep '[.]lv2/.*[.]ttl$' | grep -v '[.]doap') ";
     const std::string ours = kBundle + "/manifest.ttl " + kBundle + "/tonaro.ttl";
-    EXPECT_THAT(OutputOf("lv2_validate " + ours), HasSubstr("Found 0 errors"));
-    EXPECT_THAT(OutputOf("sord_validate " + standard + ours), HasSubstr("Found 0 errors"));
-    EXPECT_THAT(OutputOf("sed 's/lv2:index 3/lv2:index \"three\"/' " + kBundle +
-                         "/tonaro.ttl > wrong.ttl; lv2_validate " + kBundle + "/manifest.ttl wrong.ttl; rm wrong.ttl"),
-                testing::Not(HasSubstr("Found 0 errors"))); // it would have been seen
+    EXPECT_THAT(OutputOf("lv2_validate " + ours + " | tail -n 20"), HasSubstr("Found 0 errors"));
+    EXPECT_THAT(OutputOf("sord_validate " + standard + ours + " | tail -n 20"), HasSubstr("Found 0 errors"));
+    const std::string wrong = testing::TempDir() + "tonaro-wrong.ttl";
+    EXPECT_THAT(OutputOf("sed 's/lv2:index 3/lv2:index \"three\"/' " + kBundle + "/tonaro.ttl >" + wrong +
+                         "; lv2_validate " + kBundle + "/manifest.ttl " + wrong + " | tail -n 1; rm " + wrong),
+                testing::Not(HasSubstr("Found 0 errors"))); // one would be seen
 }
 
 struct ListedPort {
