@@ -133,7 +133,8 @@ protected:
 
 TEST_P(Jalv, ADragIsHeardAndThePresetIsSeen)
 {
-    EXPECT_NEAR(probe->hertz(), 440.0, 0.5);
+    // a busy machine loses a period of samples at times, so each is listened for again
+    EXPECT_TRUE(person.waitUntil([&] { return std::abs(probe->hertz() - 440.0) < 0.5; })) << probe->hertz() << " Hz";
 
     person.moveTo(at("mStartFrequencySlider", 0.3));
     person.press();
