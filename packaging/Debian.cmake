@@ -1,17 +1,18 @@
 # `cpack -G DEB` makes two packages: tonaro (programs and plug-in) and tonaro-dev (the libraries).
+set(TONARO_CONTACT "Tonaro contributors <tonaro@localhost>" CACHE STRING "Who answers for the Debian packages")
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC) # SOURCE_DATE_EPOCH takes its place
 foreach(package IN ITEMS tonaro tonaro-dev)
-  configure_file(debian/changelog.in ${package}/changelog.Debian @ONLY)
-  add_custom_command(OUTPUT ${package}/changelog.Debian.gz COMMAND ${TONARO_GZIP} -9nkf ${package}/changelog.Debian
-    DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${package}/changelog.Debian COMMENT "" VERBATIM)
-  list(APPEND changelogs ${CMAKE_CURRENT_BINARY_DIR}/${package}/changelog.Debian.gz)
+  configure_file(debian/changelog.in ${package}/changelog @ONLY)
+  add_custom_command(OUTPUT ${package}/changelog.gz COMMAND ${TONARO_GZIP} -9nkf ${package}/changelog
+    DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${package}/changelog COMMENT "" VERBATIM)
+  list(APPEND changelogs ${CMAKE_CURRENT_BINARY_DIR}/${package}/changelog.gz)
 endforeach()
 add_custom_target(tonaro_changelogs ALL DEPENDS ${changelogs})
 foreach(component IN ITEMS programs development)
   set(package ${component})
   string(REPLACE "programs" "tonaro" package ${package})
   string(REPLACE "development" "tonaro-dev" package ${package})
-  install(FILES debian/copyright ${CMAKE_CURRENT_BINARY_DIR}/${package}/changelog.Debian.gz
+  install(FILES debian/copyright ${CMAKE_CURRENT_BINARY_DIR}/${package}/changelog.gz
     DESTINATION share/doc/${package} COMPONENT ${component})
 endforeach()
 
@@ -19,7 +20,7 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tonaro)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "test-tone generator with an editor")
 set(CPACK_PACKAGE_VENDOR "Tonaro contributors")
-set(CPACK_PACKAGE_CONTACT "Tonaro contributors <tonaro@localhost>")
+set(CPACK_PACKAGE_CONTACT "${TONARO_CONTACT}")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL programs development)
