@@ -144,6 +144,16 @@ TEST_F(PortUnitTest, FramesEachEditOnce)
              t.wait(2 * kPause);
          },
          {"touch 1", "write 1 450", "touch 5", "write 5 -6", "leave 1", "leave 5"}},
+        {"a key on one control while another is held",
+         [](PortUnitTest& t) {
+             t.begin(1);
+             t.set(1, 450);
+             t.set(5, -6);
+             t.wait(2 * kPause);
+             t.set(1, 460);
+             t.end(1);
+         },
+         {"touch 1", "write 1 450", "touch 5", "write 5 -6", "leave 5", "write 1 460", "leave 1"}},
         {"a text field",
          [](PortUnitTest& t) {
              t.begin(5);
