@@ -182,6 +182,24 @@ TEST_F(PlugInEditorTest, KeysShareATouchThatEndsWithTheEditor)
     EXPECT_EQ(Shape(editor->taken()), "touch 1, write 1, touch 5, write 5, leave 5, touch 5, write 5");
 }
 
+TEST_F(PlugInEditorTest, UndoIsAnEditOfItsOwn)
+{
+    HostedEditor editor(names, embedded());
+    editor.portEvent(1, 1000.0f);
+    idleFor(editor, 0.2);
+    drag(editor, "mGainSlider", 0.2, 0.6);
+    editor.portEvent(1, 5000.0f); // the host's, and none of the editor's to take back
+    idleFor(editor, 0.2);
+    editor.taken();
+    static constexpr XClient::KeySymbol kControlOnly[] = {0xFFE3};
+    for (int i = 0; i < 3; ++i) {
+        person.key('z', kControlOnly);
+        idleFor(editor, 0.2);
+    }
+    idleFor(editor, 0.5);
+    EXPECT_THAT(editor.taken(), ElementsAre("touch 5", "write 5 -12", "leave 5"));
+}
+
 TEST_F(PlugInEditorTest, TheScaleIsTheHosts)
 {
     HostedEditor::Options options = embedded();
