@@ -62,6 +62,7 @@ TEST_F(EditorLength, EachFormatByMouseShowsTheSameLengthAndSendsNothing)
         if (byControlClick) person.releaseKey(kControl);
         glideToItem(person.waitForMenu(), i, kFormats);
         person.click(person.pointer());
+        ASSERT_TRUE(person.waitUntil([&] { return person.menus().empty(); })); // it would swallow the next press
         person.click(at("mLengthText"));
         EXPECT_TRUE(showsText(kRows[i].shown));
     }

@@ -6,12 +6,15 @@
 #include <stdexcept>
 
 #include <poll.h>
+#include <unistd.h>
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace {
 
 template <typename T> std::unique_ptr<T, XFree> Own(T* reply) { return std::unique_ptr<T, XFree>(reply); }
+
+constexpr useconds_t kSettling = 100000; // a tenth of a second
 
 std::int16_t Rounded(double value) { return static_cast<std::int16_t>(value); }
 
@@ -117,6 +120,8 @@ bool XClient::isKeyboardGrabbed()
 
 xcb_window_t XClient::waitForMenu()
 {
+    if (!waitUntil([this] { return !menus().empty(); })) return XCB_NONE;
+    usleep(kSettling); // asking for the keyboard too early would take it away from the menu
     const bool came = waitUntil([this] { return !menus().empty() && isKeyboardGrabbed(); });
     const auto shown = menus();
     return came && !shown.empty() ? shown.back() : xcb_window_t{XCB_NONE};
