@@ -4,6 +4,7 @@ option(TONARO_INSTALL "Make the programs and libraries installable, and packages
 option(TONARO_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 option(TONARO_PCH "Use a precompiled header of the standard library" ON)
 option(TONARO_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(TONARO_SANITIZE_THREADS "Build with the thread sanitizer" OFF)
 option(TONARO_BENCHMARKS "Build the benchmarks" OFF)
 option(TONARO_FUZZ "Build the fuzz targets; needs clang" OFF)
 
@@ -21,6 +22,10 @@ if(TONARO_SANITIZE)
   target_compile_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow
     -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tonaro_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
+endif()
+if(TONARO_SANITIZE_THREADS)
+  target_compile_options(tonaro_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(tonaro_options INTERFACE -fsanitize=thread)
 endif()
 if(TONARO_FUZZ)
   target_compile_options(tonaro_options INTERFACE -fsanitize=fuzzer-no-link) # what is tried tells which ways it took
