@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGCairo.h"
 #include "CoreGraphics/CGContextPrivate.h"
+#include "CoreGraphics/CGPathMasks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -100,6 +101,7 @@ void fillElements(CGContextRef context, const CGPathElements& elements, CGColorR
     if (!drawing) return;
     drawInColor(drawing.cairo(), color, context->state().current, [&] {
         cairo_set_fill_rule(drawing.cairo(), rule);
+        if (CGDrawByMask(drawing.cairo(), elements, {})) return;
         CGReplay(drawing.cairo(), elements);
         cairo_fill(drawing.cairo());
     });
@@ -112,7 +114,9 @@ void strokeElements(CGContextRef context, const CGPathElements& elements)
     const CGContext::State::GState& state = context->state().current;
     drawInColor(drawing.cairo(), state.stroke, state, [&] {
         const CGFloat widest = kWidestLine / std::sqrt(std::abs(determinant(state.ctm)));
-        cairo_set_line_width(drawing.cairo(), std::min(state.lineWidth, widest));
+        const CGFloat width = std::min(state.lineWidth, widest);
+        cairo_set_line_width(drawing.cairo(), width);
+        if (CGDrawByMask(drawing.cairo(), elements, CGPen{width, state.ctm})) return;
         CGReplay(drawing.cairo(), elements);
         cairo_stroke(drawing.cairo());
     });

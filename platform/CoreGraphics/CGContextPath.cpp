@@ -100,14 +100,20 @@ void PathBuilder::arc(CGPoint center, CGSize radii, CGFloat start, CGFloat sweep
 
 void PathBuilder::roundedRect(CGRect r, CGSize radii)
 {
-    constexpr CGFloat kQuarter = std::numbers::pi / 2;
-    const CGFloat left = CGRectGetMinX(r) + radii.width, right = CGRectGetMaxX(r) - radii.width;
-    const CGFloat top = CGRectGetMinY(r) + radii.height, bottom = CGRectGetMaxY(r) - radii.height;
-    moveTo({left, CGRectGetMinY(r)});
-    arc({right, top}, radii, -kQuarter, kQuarter);
-    arc({right, bottom}, radii, 0, kQuarter);
-    arc({left, bottom}, radii, kQuarter, kQuarter);
-    arc({left, top}, radii, 2 * kQuarter, kQuarter);
+    constexpr CGFloat kReach = 1 - 0.55228474983079339; // of the controls of a quarter turn, from the corner
+    const CGFloat minX = CGRectGetMinX(r), maxX = CGRectGetMaxX(r), minY = CGRectGetMinY(r), maxY = CGRectGetMaxY(r);
+    const CGFloat left = minX + radii.width, right = maxX - radii.width;
+    const CGFloat top = minY + radii.height, bottom = maxY - radii.height;
+    const CGFloat dx = kReach * radii.width, dy = kReach * radii.height;
+    moveTo({left, minY});
+    lineTo({right, minY});
+    curveTo({maxX - dx, minY}, {maxX, minY + dy}, {maxX, top});
+    lineTo({maxX, bottom});
+    curveTo({maxX, maxY - dy}, {maxX - dx, maxY}, {right, maxY});
+    lineTo({left, maxY});
+    curveTo({minX + dx, maxY}, {minX, maxY - dy}, {minX, bottom});
+    lineTo({minX, top});
+    curveTo({minX, minY + dy}, {minX + dx, minY}, {left, minY});
     close();
 }
 
