@@ -10,4 +10,5 @@ public:
     const NSClass& classTable() const override { return staticClass(); }
 
     void drawRect(NSRect dirty) override;
+    NSRect opaqueRect() const override; ///< all but the border and the corners
 };

@@ -35,6 +35,15 @@ void FillCircle(CGContextRef context, NSPoint center, CGFloat radius, NSAppearan
     NSFillRounded(context, rect, radius, color);
 }
 
+/// The place that is drawn: from pixel to pixel along the track, so that the knob looks the same everywhere.
+NSPoint OnWholePixels(NSPoint center, bool isVertical)
+{
+    const CGFloat scale = NSGraphicsContext::currentScale();
+    CGFloat& along = isVertical ? center.y : center.x;
+    along = std::round(along * scale) / scale;
+    return center;
+}
+
 void DrawKnob(CGContextRef context, NSPoint center, const SliderColors& colors, bool casts)
 {
     constexpr CGFloat kRadius = NSMetrics::knobRadius;
@@ -121,7 +130,7 @@ void NSSliderCell::drawWithFrame(NSRect frame, NSView& view)
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
     const SliderColors colors = ColorsOf(*this, NSShowsFocus(view));
-    const NSPoint knob = knobCenterForValue(doubleValue(), frame);
+    const NSPoint knob = OnWholePixels(knobCenterForValue(doubleValue(), frame), mVertical);
     constexpr CGFloat kThickness = NSMetrics::trackThickness;
     NSRect track = frame, fill;
     if (mVertical) {

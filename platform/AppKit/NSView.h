@@ -57,6 +57,8 @@ public:
     void setNeedsDisplayInRect(NSRect rect);
     /// Draws into the current graphics context, clipped to the view; `dirty` lies within the bounds.
     virtual void drawRect(NSRect dirty);
+    /// A part of the bounds that `drawRect` always fills, so that nothing behind it need be drawn; may be empty.
+    virtual NSRect opaqueRect() const { return {}; }
     /// The outline that the focus ring of this view hugs, in its own coordinates; empty for none. May lie outside the
     /// view. The ring itself reaches `kFocusRingReach` further. It stands around the first responder, or around the
     /// nearest view above it that has an outline: a field shows the ring of its editor.

@@ -6,9 +6,23 @@
 #include "AppKit/NSWindow.h"
 #include "CoreFoundation/CFRunLoop.h"
 
+#include <algorithm>
+
 namespace {
 
-/// Draws `view` and what is in it. Context and `dirty` are in the coordinates of its superview.
+/// Whether `view`, or one in it, fills all of `dirty`, which is in the coordinates of its superview.
+bool Covers(const NSView& view, NSRect dirty)
+{
+    const NSPoint origin = view.frame().origin;
+    const NSRect part = CGRectOffset(dirty, -origin.x, -origin.y);
+    if (view.isHidden() || !CGRectContainsRect(view.bounds(), part)) return false;
+    if (CGRectContainsRect(view.opaqueRect(), part)) return true;
+    const auto& subviews = view.subviews();
+    return std::any_of(subviews.begin(), subviews.end(), [&](const auto& subview) { return Covers(*subview, part); });
+}
+
+/// Draws `view` and what is in it, without what others in it cover. Context and `dirty` are in the coordinates of its
+/// superview.
 void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
 {
     const NSPoint origin = view.frame().origin;
@@ -17,12 +31,15 @@ void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
     const ScopedGState state(context);
     CGContextTranslateCTM(context, origin.x, origin.y);
     CGContextClipToRect(context, view.bounds());
-    {
+    const auto subviews = view.subviews(); // a view may change the tree while it draws
+    const auto covering =
+        std::find_if(subviews.rbegin(), subviews.rend(), [&](const auto& subview) { return Covers(*subview, part); });
+    if (covering == subviews.rend()) {
         const ScopedGState ofTheView(context);
         view.drawRect(part);
     }
-    const auto subviews = view.subviews(); // a view may change the tree while it draws
-    for (const auto& subview : subviews) DrawTree(*subview, context, part);
+    auto first = covering == subviews.rend() ? subviews.begin() : std::prev(covering.base());
+    for (; first != subviews.end(); ++first) DrawTree(**first, context, part);
 }
 
 } // namespace
@@ -92,9 +109,12 @@ void NSWindow::drawPixels(CGContextRef bitmap, CGRect pixels)
     CGContextScaleCTM(bitmap, mScale, mScale);
     const NSRect points = CGRectMake(pixels.origin.x / mScale, pixels.origin.y / mScale, pixels.size.width / mScale,
                                      pixels.size.height / mScale);
-    CGContextSetFillColorWithColor(bitmap, NSAppearanceColor(NSAppearanceColorName::windowBackgroundColor));
-    CGContextFillRect(bitmap, points);
-    if (const RetainPtr<NSView> content = mContentView) DrawTree(*content, bitmap, points);
+    const RetainPtr<NSView> content = mContentView;
+    if (!content || !Covers(*content, points)) {
+        CGContextSetFillColorWithColor(bitmap, NSAppearanceColor(NSAppearanceColorName::windowBackgroundColor));
+        CGContextFillRect(bitmap, points);
+    }
+    if (content) DrawTree(*content, bitmap, points);
     drawRing(bitmap);
     const auto overlays = mOverlays;
     for (const auto& view : overlays) DrawTree(*view, bitmap, points);
