@@ -4,6 +4,7 @@
 #include <pango/pangocairo.h>
 
 #include <cmath>
+#include <list>
 
 namespace {
 
@@ -66,15 +67,51 @@ CTLineBounds CTBoundsOf(PangoLayoutLine* line)
             CTUnitsFromPango(PANGO_DESCENT(logical))};
 }
 
+namespace {
+
+/// The lines that were made last, newest first: most texts are measured, drawn, and drawn again.
+using RecentLines = std::list<RetainPtr<CTLine>>;
+
+RecentLines& OwnRecentLines()
+{
+    static thread_local RecentLines lines;
+    return lines;
+}
+
+RetainPtr<CTLine> RecentLine(std::u16string_view units, CTFontRef font)
+{
+    RecentLines& lines = OwnRecentLines();
+    const auto found = std::find_if(lines.begin(), lines.end(), [&](const RetainPtr<CTLine>& line) {
+        return line->contents().font.get() == font && line->contents().units == units;
+    });
+    if (found == lines.end()) return nullptr;
+    lines.splice(lines.begin(), lines, found);
+    return lines.front();
+}
+
+void Remember(const RetainPtr<CTLine>& line)
+{
+    constexpr std::size_t kMostLines = 48, kLongest = 128;
+    RecentLines& lines = OwnRecentLines();
+    if (line->contents().units.size() > kLongest) return;
+    lines.push_front(line);
+    if (lines.size() > kMostLines) lines.pop_back();
+}
+
+} // namespace
+
 RetainPtr<CTLine> CTLineCreate(std::u16string_view text, CTFontRef font)
 {
     if (!font) return nullptr;
     const std::u16string_view units = shapeable(text, font);
+    if (auto line = RecentLine(units, font)) return line;
     CTShapedText shaped(units);
     PangoText layout = CTLayoutOf(font->contents().description.get(), shaped.utf8);
     PangoLayoutLine* line = pango_layout_get_line_readonly(layout.get(), 0);
-    return RetainPtr<CTLine>::adopt(new CTLine(std::make_unique<CTLine::Contents>(
+    auto made = RetainPtr<CTLine>::adopt(new CTLine(std::make_unique<CTLine::Contents>(
         CTLine::Contents{font, std::u16string(units), std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
+    Remember(made);
+    return made;
 }
 
 CTLineBounds CTLineGetTypographicBounds(CTLineRef line) { return line ? line->contents().bounds : CTLineBounds{}; }
