@@ -110,7 +110,6 @@ std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection, std::s
         if (error) *error = "the X server has no keyboard with the XKEYBOARD extension";
         return nullptr;
     }
-    keyboard->loadComposeTable();
     keyboard->selectEvents();
     return keyboard;
 }
@@ -197,9 +196,10 @@ std::optional<X11KeyText> X11Keyboard::release(const xcb_key_release_event_t& ev
 // Answers nothing while a sequence goes on or was given up, the empty text when the key belongs to none.
 std::optional<std::u16string> X11Keyboard::composed(xkb_keysym_t symbol, bool isShortcut)
 {
+    if (isShortcut) return std::u16string();
+    if (!std::exchange(mComposeIsLoaded, true)) loadComposeTable(); // not before: it takes as long as a whole editor
     auto* compose = mCompose.get();
-    if (!compose || isShortcut || xkb_compose_state_feed(compose, symbol) == XKB_COMPOSE_FEED_IGNORED)
-        return std::u16string();
+    if (!compose || xkb_compose_state_feed(compose, symbol) == XKB_COMPOSE_FEED_IGNORED) return std::u16string();
     switch (xkb_compose_state_get_status(compose)) {
     case XKB_COMPOSE_COMPOSING:
         return std::nullopt;

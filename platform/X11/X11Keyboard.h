@@ -51,5 +51,6 @@ private:
     std::unique_ptr<xkb_keymap, X11Releaser<xkb_keymap_unref>> mKeymap;
     std::unique_ptr<xkb_state, X11Releaser<xkb_state_unref>> mState;
     std::unique_ptr<xkb_compose_state, X11Releaser<xkb_compose_state_unref>> mCompose;
+    bool mComposeIsLoaded = false;
     std::bitset<256> mPressed;
 };

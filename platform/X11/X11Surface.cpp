@@ -10,9 +10,19 @@ namespace {
 
 constexpr std::uint32_t kBytesOfRequest = 64; // more than the head of any request
 
-std::uint32_t PixelOf(const std::uint8_t* rgba)
+/// Exchanges red and blue; `rgba` as it lies in memory.
+std::uint32_t PixelOf(std::uint32_t rgba)
 {
-    return 0xFF000000U | static_cast<std::uint32_t>(rgba[0]) << 16 | static_cast<std::uint32_t>(rgba[1]) << 8 | rgba[2];
+    return 0xFF000000U | (rgba & 0xFFU) << 16 | (rgba & 0xFF00U) | (rgba >> 16 & 0xFFU);
+}
+
+void CopyRow(const std::uint8_t* rgba, std::uint32_t* to, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, rgba + 4 * i, sizeof pixel);
+        to[i] = PixelOf(pixel);
+    }
 }
 
 int ClampToInt(double value, int low, int high)
@@ -140,9 +150,7 @@ void X11Surface::copy(std::span<const std::uint8_t> rgba, const PixelRect& rect)
     for (int y = rect.y; y < rect.y + rect.height; ++y) {
         const std::size_t start =
             static_cast<std::size_t>(y) * static_cast<std::size_t>(mWidth) + static_cast<std::size_t>(rect.x);
-        const std::uint8_t* from = rgba.data() + start * 4;
-        std::uint32_t* to = mPixels + start;
-        for (int x = 0; x < rect.width; ++x, from += 4) *to++ = PixelOf(from);
+        CopyRow(rgba.data() + start * 4, mPixels + start, static_cast<std::size_t>(rect.width));
     }
 }
 
