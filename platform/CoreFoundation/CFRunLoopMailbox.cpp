@@ -31,7 +31,7 @@ void RunLoopMailbox::stop()
 
 void RunLoopMailbox::wakeUp()
 {
-    // fails only where the counter is full, and then the loop wakes anyway
+    if (mAwake.exchange(true)) return; // a wake-up that the loop hasn't seen is enough
     while (eventfd_write(mEvent, 1) < 0 && errno == EINTR) {
     }
 }
@@ -41,6 +41,7 @@ void RunLoopMailbox::clearWakeUp()
     eventfd_t count = 0;
     while (eventfd_read(mEvent, &count) < 0 && errno == EINTR) {
     }
+    mAwake = false; // whoever still saw the old value posted before the loop looks for what was posted
 }
 
 std::size_t RunLoopMailbox::count()

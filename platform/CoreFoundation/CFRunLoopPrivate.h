@@ -65,7 +65,7 @@ private:
     std::mutex mMutex;
     std::deque<std::function<void()>> mBlocks;
     bool mClosed = false;
-    std::atomic<bool> mStopped = false;
+    std::atomic<bool> mStopped = false, mAwake = false;
     int mEvent; // an eventfd
 };
 
