@@ -9,7 +9,6 @@
 namespace {
 
 constexpr double kLowestHz = 0.01;
-constexpr double kPathStep = 4, kWaveStep = 1.5;            // points
 constexpr double kLongestPeriod = 96, kShortestPeriod = 12; // points
 
 double waveAt(int waveform, double phase)
@@ -48,10 +47,10 @@ double TonaroToneShape::hzOf(double height) const
     return rounded > kLowestHz ? std::min(rounded, highestHz) : kLowestHz;
 }
 
-std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept) const
+std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept, CGFloat step) const
 {
     std::vector<CGPoint> points;
-    const double count = asIfItSwept ? std::max(1.0, std::ceil(inside.size.width / kPathStep)) : 1;
+    const double count = asIfItSwept ? std::max(1.0, std::ceil(inside.size.width / step)) : 1;
     for (double i = 0; i <= count; ++i) {
         const double height = heightOf(asIfItSwept ? hzAt(i / count) : startHz);
         points.push_back(
@@ -60,16 +59,19 @@ std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept) cons
     return points;
 }
 
-std::vector<CGPoint> TonaroToneShape::wave(CGRect inside) const
+std::vector<CGPoint> TonaroToneShape::wave(CGRect inside, CGFloat step) const
 {
     std::vector<CGPoint> points;
-    const double count = std::max(1.0, std::ceil(inside.size.width / kWaveStep));
-    const double step = inside.size.width / count, half = inside.size.height / 2;
+    const double count = std::max(1.0, std::ceil(inside.size.width / step));
+    const double apart = inside.size.width / count, half = inside.size.height / 2;
+    const auto periodAt = [&](double hz) {
+        return kLongestPeriod * std::pow(kShortestPeriod / kLongestPeriod, heightOf(hz));
+    };
+    const double steadyPeriod = periodAt(startHz);
     double phase = 0;
     for (double i = 0; i <= count; ++i) {
-        points.push_back({inside.origin.x + i * step, CGRectGetMidY(inside) - half * waveAt(waveform, phase)});
-        const double height = heightOf(sweeps ? hzAt(i / count) : startHz);
-        phase += step / (kLongestPeriod * std::pow(kShortestPeriod / kLongestPeriod, height));
+        points.push_back({inside.origin.x + i * apart, CGRectGetMidY(inside) - half * waveAt(waveform, phase)});
+        phase += apart / (sweeps ? periodAt(hzAt(i / count)) : steadyPeriod);
     }
     return points;
 }

@@ -3,6 +3,7 @@
 #include "AppKit/NSAppearance.h"
 #include "AppKit/NSGraphicsContext.h"
 #include "AppKit/NSWindow.h"
+#include "TonaroGraph.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,21 +17,11 @@ using enum NSAppearanceColorName;
 
 constexpr CGFloat kCorner = 5, kSide = 14, kLabelRoom = 44, kTop = 10, kBottom = 8;
 constexpr CGFloat kWaveInset = 12; ///< of the wave from the plot's top and bottom
-constexpr CGFloat kPointRadius = 5, kReach = 14;
+constexpr CGFloat kPointRadius = 5, kPathWidth = 2, kReach = 14;
 constexpr struct {
     double hz;
     std::u16string_view label;
 } kLines[] = {{100, u"100"}, {1000, u"1k"}, {10000, u"10k"}, {100000, u"100k"}};
-
-void strokeLine(CGContextRef context, const std::vector<CGPoint>& points, NSAppearanceColorName color, CGFloat width)
-{
-    CGContextSetStrokeColorWithColor(context, NSAppearanceColor(color));
-    CGContextSetLineWidth(context, width);
-    CGContextBeginPath(context);
-    CGContextMoveToPoint(context, points.front().x, points.front().y);
-    for (std::size_t i = 1; i < points.size(); ++i) CGContextAddLineToPoint(context, points[i].x, points[i].y);
-    CGContextStrokePath(context);
-}
 
 CGFloat distance(NSPoint a, NSPoint b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
@@ -195,25 +186,35 @@ void TonaroToneView::drawPoint(CGContextRef context, NSPoint center, bool isEnab
     disc(kPointRadius - 2, isEnabled ? knobColor : disabledKnobColor);
 }
 
+void TonaroToneView::drawPath(CGContextRef context, bool asIfItSwept) const
+{
+    const CGRect inside = plot(), area = CGRectMake(inside.origin.x, 0, inside.size.width, bounds().size.height);
+    const auto color = mShape.sweeps || !asIfItSwept ? controlAccentColor : disabledAccentColor;
+    if (asIfItSwept) {
+        const auto path = mShape.path(inside, true, 1 / NSGraphicsContext::currentScale());
+        return TonaroDrawGraph(context, path, area, kPathWidth, color);
+    }
+    CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
+    CGContextFillRect(context, CGRectMake(area.origin.x, startPoint().y - kPathWidth / 2, area.size.width, kPathWidth));
+}
+
 void TonaroToneView::drawRect(NSRect)
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
-    const ScopedGState state(context);
+    CGContextSetFillColorWithColor(context, NSAppearanceColor(disabledFieldColor));
     CGContextBeginPath(context);
     CGContextAddRoundedRect(context, bounds(), kCorner);
-    CGContextClip(context);
-    CGContextSetFillColorWithColor(context, NSAppearanceColor(disabledFieldColor));
-    CGContextFillRect(context, bounds());
+    CGContextFillPath(context);
     drawGrid(context);
 
-    CGContextSetLineJoin(context, kCGLineJoinRound);
     const CGRect inside = plot();
-    strokeLine(context, mShape.wave(CGRectInset(inside, 0, kWaveInset)), tickColor, 1);
+    const auto wave = mShape.wave(CGRectInset(inside, 0, kWaveInset), 1 / NSGraphicsContext::currentScale());
+    TonaroDrawGraph(context, wave, inside, 1, tickColor);
     if (!mShape.sweeps) {
-        strokeLine(context, mShape.path(inside, true), disabledAccentColor, 2);
+        drawPath(context, true);
         drawPoint(context, endPoint(), false);
     }
-    strokeLine(context, mShape.path(inside, mShape.sweeps), controlAccentColor, 2);
+    drawPath(context, mShape.sweeps);
     if (mShape.sweeps) drawPoint(context, endPoint(), true);
     drawPoint(context, startPoint(), true);
 }

@@ -43,6 +43,7 @@ private:
     void show(AudioUnitParameterID parameter, float value);
     void send(float hz);
     void drawGrid(CGContextRef context) const;
+    void drawPath(CGContextRef context, bool asIfItSwept) const; ///< in grey where it does not sweep
     void drawPoint(CGContextRef context, NSPoint center, bool isEnabled) const;
 
     std::unique_ptr<TonaroUnitListener> mListener;
