@@ -9,9 +9,16 @@
 #include <memory>
 
 // This header has a field named like a keyword of C++.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 template <auto Release> struct X11Releaser {
     void operator()(auto* object) const { Release(object); }
