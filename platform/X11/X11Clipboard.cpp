@@ -128,7 +128,7 @@ bool X11Clipboard::handle(const xcb_generic_event_t& event)
         if (read && read->isIncremental && notify.state == XCB_PROPERTY_NEW_VALUE &&
             notify.atom == mConnection.atom(X11Atom::TONARO_CLIPBOARD))
             receivedPart(*read);
-        return true;
+        return read != nullptr;
     }
     default:
         return false;

@@ -132,11 +132,20 @@ void X11Server::handle(const xcb_generic_event_t& event)
         if (X11Window* shown = window(done.drawable)) shown->presented(done.shmseg, event.full_sequence);
         return;
     }
+    if (type == XCB_PROPERTY_NOTIFY) return handleProperty(X11EventAs<xcb_property_notify_event_t>(event));
     const xcb_window_t id = WindowOf(event);
     if (X11Window* found = window(id))
         found->handle(event);
     else if (type == XCB_UNMAP_NOTIFY)
         handleParentHidden(id);
+}
+
+void X11Server::handleProperty(const xcb_property_notify_event_t& event)
+{
+    if (event.window != mConnection->screen().root || event.atom != XCB_ATOM_RESOURCE_MANAGER) return;
+    const double scale = mConnection->desktopScale();
+    for (const xcb_window_t id : windowIds())
+        if (X11Window* found = window(id)) found->desktopScaleChanged(scale);
 }
 
 void X11Server::handleParentHidden(xcb_window_t parent)

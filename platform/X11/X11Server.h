@@ -36,6 +36,7 @@ private:
     void detachFromRunLoop();
     void handleEvents();
     void handle(const xcb_generic_event_t& event);
+    void handleProperty(const xcb_property_notify_event_t& event);
     void handleParentHidden(xcb_window_t parent);
     void connectionLost();
     std::vector<xcb_window_t> windowIds() const;

@@ -20,6 +20,8 @@ void Select(X11Connection& connection, xcb_window_t window, std::uint32_t events
 
 X11Settings::X11Settings(X11Connection& connection) : mConnection(connection)
 {
+    // also of the root's properties, from which windows take their scale
+    Select(mConnection, mConnection.screen().root, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE);
     if (const auto theme = ThemeOfEnvironment()) {
         mAppearance = theme->appearance();
         return;
@@ -27,9 +29,7 @@ X11Settings::X11Settings(X11Connection& connection) : mConnection(connection)
     mSelection = mConnection.internAtom("_XSETTINGS_S" + std::to_string(mConnection.screenNumber()));
     mProperty = mConnection.atom(X11Atom::_XSETTINGS_SETTINGS);
     mManagerMessage = mConnection.atom(X11Atom::MANAGER);
-    // before the look for a manager, so that none can come unseen
-    Select(mConnection, mConnection.screen().root, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    findManager();
+    findManager(); // announced on the root, so that none can have come unseen
 }
 
 /// A manager that goes in the middle of this leaves no settings; its follower announces itself.

@@ -20,6 +20,8 @@ std::int16_t Coordinate(CGFloat value)
     return static_cast<std::int16_t>(std::clamp(std::round(value), -32768.0, 32767.0));
 }
 
+constexpr CGFloat kLeastScale = 0.25, kMostScale = 8;
+
 CGSize PixelsOf(NSSize points, CGFloat scale)
 {
     const CGSize pixels = NSPixelSize(points, scale);
@@ -36,13 +38,14 @@ std::unique_ptr<X11Window> X11Window::create(std::shared_ptr<X11Server> server, 
     auto window = std::unique_ptr<X11Window>(new X11Window(std::move(server), client, scale, parent));
     const NSPoint origin{options.origin.x * scale, options.origin.y * scale};
     if (!window->createNative({origin, options.contentSize, false})) return nullptr;
+    window->mFollowsDesktop = options.scale <= 0 && parent == XCB_NONE;
     window->setTopLevelProperties();
     return window;
 }
 
 X11Window::X11Window(std::shared_ptr<X11Server> server, NSWindowBackendClient& client, CGFloat scale,
                      xcb_window_t parent)
-    : mServer(std::move(server)), mClient(client), mScale(std::clamp(scale, 0.25, 8.0)), mParent(parent)
+    : mServer(std::move(server)), mClient(client), mScale(std::clamp(scale, kLeastScale, kMostScale)), mParent(parent)
 {
 }
 
@@ -58,7 +61,8 @@ X11Window::~X11Window()
 bool X11Window::createNative(const Place& place)
 {
     auto* c = connection().get();
-    mPixels = PixelsOf(place.points, mScale);
+    mPoints = place.points;
+    mPixels = PixelsOf(mPoints, mScale);
     const xcb_window_t id = xcb_generate_id(c);
     const std::uint32_t values[] = {XCB_BACK_PIXMAP_NONE,    0,       XCB_GRAVITY_NORTH_WEST,
                                     place.overridesRedirect, kEvents, connection().colormap()};
@@ -146,6 +150,7 @@ void X11Window::setTitle(const NSString* title)
 
 void X11Window::setContentSize(NSSize points)
 {
+    mPoints = points;
     const CGSize pixels = PixelsOf(points, mScale);
     if (!mId || pixels == mPixels) return;
     mPixels = pixels;
@@ -154,6 +159,15 @@ void X11Window::setContentSize(NSSize points)
                                     static_cast<std::uint32_t>(pixels.height)};
     xcb_configure_window(connection().get(), mId, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
     connection().flush();
+}
+
+void X11Window::desktopScaleChanged(CGFloat scale)
+{
+    scale = std::clamp(scale, kLeastScale, kMostScale);
+    if (!mId || !mFollowsDesktop || scale == mScale) return;
+    mScale = scale;
+    setContentSize(mPoints);
+    mClient.backendResized(mPoints, scale); // last: the window may be gone afterwards
 }
 
 void X11Window::present(CGContextRef bitmap, std::span<const CGRect> pixelRects)

@@ -33,9 +33,11 @@ public:
 
     void handle(const xcb_generic_event_t& event);
     void presented(xcb_shm_seg_t segment, std::uint32_t request); ///< the server has read these pixels
-    void destroyed();                                             ///< the native window no longer exists
-    virtual void pointerLost();                                   ///< a pressed button will not be seen released
-    xcb_window_t parent() const { return mParent; }               ///< the foreign window around this one; 0 for none
+    /// Takes the scale, and keeps the size in points, where the window was asked for without a scale of its own.
+    void desktopScaleChanged(CGFloat scale);
+    void destroyed();                               ///< the native window no longer exists
+    virtual void pointerLost();                     ///< a pressed button will not be seen released
+    xcb_window_t parent() const { return mParent; } ///< the foreign window around this one; 0 for none
 
 protected:
     struct Place {
@@ -78,7 +80,9 @@ private:
 
     const std::shared_ptr<X11Server> mServer;
     NSWindowBackendClient& mClient;
-    const CGFloat mScale;
+    CGFloat mScale;
+    bool mFollowsDesktop = false;
+    NSSize mPoints;
     const xcb_window_t mParent;
     xcb_window_t mId = XCB_NONE; // 0 once the native window is gone
     CGSize mPixels;

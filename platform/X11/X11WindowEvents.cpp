@@ -165,7 +165,8 @@ void X11Window::handleConfigure(const xcb_configure_notify_event_t& event)
     const CGSize pixels{static_cast<CGFloat>(event.width), static_cast<CGFloat>(event.height)};
     if (pixels == mPixels) return;
     mPixels = pixels;
-    mClient.backendResized({pixels.width / mScale, pixels.height / mScale}, mScale);
+    mPoints = {pixels.width / mScale, pixels.height / mScale};
+    mClient.backendResized(mPoints, mScale);
 }
 
 void X11Window::handleMessage(const xcb_client_message_event_t& event)

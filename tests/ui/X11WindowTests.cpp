@@ -67,6 +67,30 @@ TEST_F(X11Windows, TakeTheirScaleFromTheDesktop)
     }
 }
 
+TEST_F(X11Windows, FollowTheDesktopsScale)
+{
+    NSBackendWindowOptions options;
+    options.contentSize = {21, 11};
+    const auto following = display->makeWindow(client, options);
+    options.scale = 1;
+    LoggingClient other;
+    const auto fixed = display->makeWindow(other, options);
+    for (const auto& [dpi, scale] : {std::pair("144", 1.5), {"192", 2.0}, {"120", 1.25}, {"96", 1.0}}) {
+        SCOPED_TRACE(dpi);
+        const std::string resources = std::string("Xft.dpi:\t") + dpi + "\n";
+        xcb_change_property(person.get(), XCB_PROP_MODE_REPLACE, person.screen().root, XCB_ATOM_RESOURCE_MANAGER,
+                            XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(resources.size()), resources.data());
+        person.synchronize();
+        client.log.clear();
+        EXPECT_TRUE(runUntilLogged(client, "resized 21x11")) << "as large as before in points";
+        EXPECT_EQ(following->backingScale(), scale);
+        const NSSize pixels = NSPixelSize({21, 11}, scale);
+        EXPECT_TRUE(person.waitUntil([&] { return person.frame(XWindowOf(*following)).size == pixels; }));
+    }
+    EXPECT_EQ(fixed->backingScale(), 1);
+    EXPECT_FALSE(other.has("resized 21x11"));
+}
+
 TEST_F(X11Windows, AnswerAPing)
 {
     const auto window = makeWindow(client);
