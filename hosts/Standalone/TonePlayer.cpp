@@ -7,8 +7,10 @@
 namespace {
 
 constexpr CFTimeInterval kLookInterval = 1.0 / 30;
-constexpr CFTimeInterval kStandstillSeconds = 1; ///< without a sample, and the device counts as gone
-constexpr float kFall = 0.8F;                    ///< of the level from one look to the next, at most
+/// So many looks in a row without a sample, and the device counts as gone. Not a time: in a program that was stopped
+/// for a while the device stood still, too.
+constexpr int kStandstillLooks = 30;
+constexpr float kFall = 0.8F; ///< of the level from one look to the next, at most
 
 void say(const std::string& message) { std::fprintf(stderr, "tonaro: %s\n", message.c_str()); }
 
@@ -42,9 +44,9 @@ void TonePlayer::play()
     openOutput();
     mStream.begin(mOutput->sampleRate());
     mSeenPosition = 0;
-    mMoved = CFAbsoluteTimeGetCurrent();
+    mStillLooks = 0;
     mOutput->start(mStream);
-    mTimer = CFRunLoopTimerCreate(mMoved + kLookInterval, kLookInterval, [this] { look(); });
+    mTimer = CFRunLoopTimerCreate(CFAbsoluteTimeGetCurrent() + kLookInterval, kLookInterval, [this] { look(); });
     CFRunLoopAddTimer(CFRunLoopGetCurrent(), mTimer.get(), kCFRunLoopCommonModes);
     tell();
 }
@@ -74,14 +76,14 @@ void TonePlayer::stop()
 void TonePlayer::look()
 {
     const RetainPtr<CFRunLoopTimer> keep = mTimer; // its callback is this call
-    const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
     const std::uint64_t position = mStream.position();
+    ++mStillLooks;
     if (position != mSeenPosition) { // a device that asks for much at a time has nothing new at every look
         mLevel = std::max(mStream.takePeak(), mLevel * kFall);
         mSeenPosition = position;
-        mMoved = now;
+        mStillLooks = 0;
     }
-    if (!mOutput->isAlive() || now - mMoved > kStandstillSeconds) goOnInSilence();
+    if (!mOutput->isAlive() || mStillLooks > kStandstillLooks) goOnInSilence();
     if (mStream.isOver()) finish();
     tell();
 }
@@ -92,7 +94,7 @@ void TonePlayer::goOnInSilence()
     mOutput.reset(); // nobody renders any more
     say("the sound device “" + mDeviceName + "” is gone; the tone goes on in silence");
     mHeard = Heard::nowhere;
-    mMoved = CFAbsoluteTimeGetCurrent();
+    mStillLooks = 0;
     mOutput = std::make_unique<SilentOutput>(rate);
     mOutput->start(mStream);
 }

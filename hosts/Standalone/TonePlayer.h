@@ -56,5 +56,5 @@ private:
     bool mStops = false;
     float mLevel = 0;
     std::uint64_t mSeenPosition = 0;
-    CFAbsoluteTime mMoved = 0; // when the position changed last
+    int mStillLooks = 0; // in a row that found the position unchanged
 };

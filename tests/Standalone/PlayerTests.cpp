@@ -87,7 +87,7 @@ struct Player : testing::Test {
     void useCard() { player.useDevice("fake:card", card.opener()); }
     static void run(double seconds) { CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false); }
 
-    const CFManualClock clock;
+    CFManualClock clock;
     ToneUnit unit;
     FakeCard card;
     TonePlayer player{unit};
@@ -228,6 +228,25 @@ TEST_F(Player, GoesOnInSilenceWhenTheDeviceDisappears)
         run(3);
         EXPECT_FALSE(player.isPlaying()) << "where the tone ends";
         player.setChangeHandler(nullptr);
+    }
+}
+
+TEST_F(Player, AProgramThatWasStoppedForAWhileStillHasItsDevice)
+{
+    set(kParamLength, 60);
+    const std::function<void()> kRows[] = {[this] { player.mute(); }, [this] { useCard(); }};
+    for (const auto& choose : kRows) {
+        choose();
+        const Heard heard = player.heard();
+        player.play();
+        card.play(0.1);
+        run(0.063); // so that the next look comes before the clock plays on
+        clock.advance(5);
+        run(0.005);
+        card.play(0.1);
+        run(0.1);
+        EXPECT_EQ(player.heard(), heard);
+        EXPECT_NEAR(player.level(), 1, 0.01);
     }
 }
 
