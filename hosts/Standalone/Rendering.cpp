@@ -31,6 +31,20 @@ void writeTone(const ToneSettings& settings, SoundFile& file, ProgressBar& progr
     progress.show(length, length);
 }
 
+void writeFile(const ToneSettings& settings, const std::string& name, const Interruption& interruption)
+{
+    NewFile file(name);
+    try {
+        SoundFile sound(file.descriptor(), soundFileKind(name).value(), settings.sampleRate,
+                        ToneLengthInSamples(settings));
+        ProgressBar progress(name);
+        writeTone(settings, sound, progress, interruption);
+    } catch (const SoundFileError& error) {
+        throw InputError{name + ": " + error.reason};
+    }
+    file.keep();
+}
+
 } // namespace
 
 void renderTone(const Options& options)
@@ -41,14 +55,10 @@ void renderTone(const Options& options)
     if (settings.sampleRate == 0) settings.sampleRate = kToneDefaultSampleRate;
 
     const Interruption interruption;
-    NewFile file(options.file);
     try {
-        SoundFile sound(file.descriptor(), soundFileKind(options.file).value(), settings.sampleRate,
-                        ToneLengthInSamples(settings));
-        ProgressBar progress(options.file);
-        writeTone(settings, sound, progress, interruption);
-    } catch (const SoundFileError& error) {
-        throw InputError{options.file + ": " + error.reason};
+        writeFile(settings, options.file, interruption);
+    } catch (const InputError&) {
+        interruption.check(); // a signal also lets a call fail that waits: for the reader of a pipe
+        throw;
     }
-    file.keep();
 }

@@ -180,6 +180,15 @@ TEST_F(Rendering, AnInterruptionLeavesNothing)
     }
 }
 
+TEST_F(Rendering, ASignalEndsTheWaitForAReader)
+{
+    mkfifo(path("pipe.wav").c_str(), 0600);
+    Program program({TONARO_PROGRAM, "--render", path("pipe.wav")});
+    usleep(300000); // until it waits
+    program.sendSignal(SIGINT);
+    EXPECT_EQ(program.waitForExit(20), -SIGINT);
+}
+
 TEST_F(Rendering, APipeGetsNoProgress)
 {
     Program program({"sh", "-c", "exec \"$0\" --render \"$1\" 2>&1", TONARO_PROGRAM, path("a.wav")});
