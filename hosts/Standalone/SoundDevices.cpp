@@ -87,9 +87,9 @@ public:
         RtAudio::StreamOptions options;
         options.streamName = "Tonaro";
         unsigned frames = kBufferFrames;
-        ourOutput = this;
         mAudio.openStream(&parameters, nullptr, RTAUDIO_FLOAT32, static_cast<unsigned>(mRate), &frames, &play, this,
                           &options, &noteError);
+        ourOutput = this; // the errors of opening are thrown
     }
 
     ~DeviceOutput() override
