@@ -2,9 +2,8 @@
 
 #include "AppKit/NSApplication.h"
 #include "CoreFoundation/CFRunLoop.h"
-#include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSLog.h"
+#include "Standalone/AssertionLog.h"
 #include "Standalone/Bundles.h"
 #include "Standalone/Demo.h"
 #include "Standalone/HelpWindow.h"
@@ -16,15 +15,6 @@
 namespace {
 
 enum ExitStatus { kDone = 0, kInputWrong = 1, kUsageWrong = 2 };
-
-/// Writes failures of the unit to the log; work goes on.
-class LoggingAssertionHandler final : public NSAssertionHandler {
-public:
-    void handleFailureInMethod(SEL, NSObject*, const char* file, int line, const NSString* description) override
-    {
-        NSLog("%s:%d: %s", file, line, description->utf8().c_str());
-    }
-};
 
 /// Gives the session the sound that was asked for.
 void findSound(TonePlayer& player, const Options& options)
@@ -107,8 +97,8 @@ int run(int argc, char** argv)
 {
     const Options options = parseOptions(argc, argv);
     const NSAutoreleasePool pool;
-    NSAssertionHandler::setCurrentHandler(make<LoggingAssertionHandler>().get());
-    registerBundles();
+    logAssertionFailures();
+    registerBundles(bundlesOfProgram());
     NSApplication::sharedApplication()->setAppearance(options.appearance);
     const int status = runMode(options);
     NSApplication::sharedApplication()->setDisplay(nullptr);
