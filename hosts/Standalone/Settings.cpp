@@ -1,5 +1,6 @@
 #include "Standalone/Settings.h"
 
+#include "Standalone/LetterCase.h"
 #include "Standalone/Session.h"
 
 #include <charconv>
@@ -29,12 +30,6 @@ template <typename Number> Number numberOf(const Setting& setting)
         throw UsageError{shown(setting) + ": “" + text + "” is " +
                          (setting.first == kWaveform ? "no waveform and " : "") + "not a number"};
     return value;
-}
-
-bool equalIgnoringCase(std::string_view a, std::string_view b)
-{
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 float valueOf(const Setting& setting)

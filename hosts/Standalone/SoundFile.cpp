@@ -1,5 +1,8 @@
 #include "Standalone/SoundFile.h"
 
+#include "Standalone/LetterCase.h"
+#include "ToneUnit/ToneParameters.h"
+
 #include <array>
 #include <cerrno>
 #include <cmath>
@@ -12,7 +15,6 @@ namespace {
 
 constexpr int kBytesPerFrame = 3;
 constexpr std::uint64_t kLargestWav = 0xFFFFFFFFU - 4096; // bytes of samples; the header needs some, too
-constexpr double kHighestRate = 768000;
 
 struct Suffix {
     std::string_view text;
@@ -22,10 +24,7 @@ constexpr Suffix kSuffixes[] = {{".wav", SoundFileKind::wav}, {".flac", SoundFil
 
 bool endsWith(std::string_view name, std::string_view suffix)
 {
-    if (name.size() < suffix.size()) return false;
-    const std::string_view end = name.substr(name.size() - suffix.size());
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::equal(end.begin(), end.end(), suffix.begin(), [&](char a, char b) { return lower(a) == b; });
+    return name.size() >= suffix.size() && equalIgnoringCase(name.substr(name.size() - suffix.size()), suffix);
 }
 
 int formatOf(SoundFileKind kind, std::uint64_t frames)
@@ -94,7 +93,7 @@ std::optional<SoundFileKind> soundFileKind(std::string_view name)
 SoundFile::SoundFile(int descriptor, SoundFileKind kind, double sampleRate, std::uint64_t frames)
     : mWriter(new Writer{descriptor, 0, nullptr})
 {
-    if (!(sampleRate >= 1 && sampleRate <= kHighestRate) || sampleRate != std::floor(sampleRate))
+    if (!IsToneSampleRate(sampleRate) || sampleRate != std::floor(sampleRate))
         throw SoundFileError{"a sound file can't hold this sample rate"};
     if (lseek(descriptor, 0, SEEK_CUR) < 0) throw SoundFileError{"a sound file can't be written into a pipe"};
     SF_INFO info{};

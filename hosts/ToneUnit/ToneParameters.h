@@ -28,6 +28,8 @@ inline constexpr float kToneUpToNyquist = -1.0f;
 inline constexpr float kToneSilenceDecibels = -120.0f;
 inline constexpr double kToneDefaultSampleRate = 44100.0; ///< Hz; also meant by a rate of 0
 inline constexpr double kToneHighestSampleRate = 768000.0;
+/// Whether a tone can be made at that rate; not-a-number is none.
+constexpr bool IsToneSampleRate(double hz) { return hz >= 1.0 && hz <= kToneHighestSampleRate; }
 
 extern const std::array<ToneParameterFacts, kParamCount> kToneParameters;
 

@@ -13,7 +13,7 @@ constexpr AudioUnitElement kOnlyElement = 0;
 constexpr std::uint32_t kLastTimeFormat = 20; // percent
 
 /// 0 stands for not known.
-bool IsSampleRate(double hz) { return hz == 0.0 || (hz >= 1.0 && hz <= kToneHighestSampleRate); }
+bool IsSampleRate(double hz) { return hz == 0.0 || IsToneSampleRate(hz); }
 
 template <typename T> OSStatus Answer(const T& value, void* outData, std::uint32_t* ioDataSize)
 {

@@ -1,0 +1,12 @@
+#pragma once
+
+/// Text that a person types, where capitals don't matter. Only the letters a to z have capitals here.
+
+#include <algorithm>
+#include <string_view>
+
+inline bool equalIgnoringCase(std::string_view a, std::string_view b)
+{
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
