@@ -28,7 +28,10 @@ void EditorHost::readOptions(const LV2_Options_Option* options)
         if (!options->value) continue;
         if (options->key == sampleRate) mSampleRate = numberOf(*options);
         if (options->key == scale) mScale = numberOf(*options);
-        if (options->key == title && options->type == string) mWindowTitle = static_cast<const char*>(options->value);
+        if (options->key == title && options->type == string) {
+            const auto* const text = static_cast<const char*>(options->value);
+            mWindowTitle.assign(text, strnlen(text, options->size)); // the end may be missing
+        }
     }
 }
 

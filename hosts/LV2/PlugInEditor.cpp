@@ -3,14 +3,13 @@
 #include "AppKit/NSApplication.h"
 #include "CoreFoundation/CFRunLoop.h"
 #include "Foundation/NSAutoreleasePool.h"
+#include "LV2/Atoms.h"
 #include "TextField/ZeTimeTextField.h"
 #include "TonaroCocoaViewFactory.h"
 
 #include <cstring>
 #include <stdexcept>
 
-#include <lv2/atom/forge.h>
-#include <lv2/atom/util.h>
 #include <lv2/patch/patch.h>
 
 namespace {
@@ -174,14 +173,14 @@ void PlugInEditor::writeTimeFormat(std::uint32_t format)
 void PlugInEditor::readMessage(std::uint32_t size, const void* data)
 {
     const auto* const object = static_cast<const LV2_Atom_Object*>(data);
-    if (size < sizeof *object || object->atom.type != mNames.atomObject || object->body.otype != mNames.patchSet)
-        return;
-    const LV2_Atom* property = nullptr;
-    const LV2_Atom* value = nullptr;
-    lv2_atom_object_get(object, mNames.patchProperty, &property, mNames.patchValue, &value, 0);
-    if (!property || property->type != mNames.atomURID || !value || value->type != mNames.atomInt) return;
-    if (reinterpret_cast<const LV2_Atom_URID*>(property)->body != mNames.timeFormat) return;
-    const auto format = static_cast<std::uint32_t>(reinterpret_cast<const LV2_Atom_Int*>(value)->body);
+    if (size < sizeof *object || object->atom.size > size - sizeof object->atom || !HoldsObject(object->atom)) return;
+    if (object->atom.type != mNames.atomObject || object->body.otype != mNames.patchSet) return;
+    const LV2_Atom* const property = PropertyOf(*object, mNames.patchProperty);
+    const LV2_Atom* const value = PropertyOf(*object, mNames.patchValue);
+    if (!property || AtomContent<LV2_URID>(*property, mNames.atomURID) != mNames.timeFormat || !value) return;
+    const auto asked = AtomContent<std::int32_t>(*value, mNames.atomInt);
+    if (!asked) return;
+    const auto format = static_cast<std::uint32_t>(*asked);
     mUnit.timeFormatChanged(format);
     if (mLengthField && format < kTonaroTimeFormats && mLengthField->format() != format)
         mLengthField->setFormat(format);

@@ -1,24 +1,14 @@
 #include "LV2/ToneProcessor.h"
 
+#include "LV2/Atoms.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 
-#include <lv2/atom/util.h>
 #include <lv2/core/lv2_util.h>
 #include <lv2/patch/patch.h>
 #include <lv2/time/time.h>
-
-namespace {
-
-template <typename T> T BodyOf(const LV2_Atom& atom)
-{
-    T value;
-    std::memcpy(&value, &atom + 1, sizeof value);
-    return value;
-}
-
-} // namespace
 
 ToneProcessor::Names::Names(LV2_URID_Map& map)
 {
@@ -37,7 +27,7 @@ ToneProcessor::Names::Names(LV2_URID_Map& map)
 std::unique_ptr<ToneProcessor> ToneProcessor::create(double sampleRateHz, const LV2_Feature* const* features)
 {
     auto* const map = static_cast<LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
-    if (!map) return nullptr;
+    if (!map || !IsToneSampleRate(sampleRateHz)) return nullptr;
     return std::unique_ptr<ToneProcessor>(new ToneProcessor(sampleRateHz, *map));
 }
 
@@ -93,11 +83,10 @@ ToneSettings ToneProcessor::settings() const
 void ToneProcessor::readMessages()
 {
     if (!mMessages) return;
-    LV2_ATOM_SEQUENCE_FOREACH(mMessages, event)
-    {
-        if (lv2_atom_forge_is_object_type(&mForge, event->body.type))
-            readMessage(*reinterpret_cast<const LV2_Atom_Object*>(&event->body));
-    }
+    ForEachEvent(*mMessages, [this](const LV2_Atom& event) {
+        if (lv2_atom_forge_is_object_type(&mForge, event.type) && HoldsObject(event))
+            readMessage(*reinterpret_cast<const LV2_Atom_Object*>(&event));
+    });
 }
 
 void ToneProcessor::readMessage(const LV2_Atom_Object& message)
@@ -105,11 +94,9 @@ void ToneProcessor::readMessage(const LV2_Atom_Object& message)
     if (message.body.otype == mNames.timePosition) return followTransport(message);
     const bool isGet = message.body.otype == mNames.patchGet;
     if (!isGet && message.body.otype != mNames.patchSet) return;
-    const LV2_Atom* property = nullptr;
-    const LV2_Atom* value = nullptr;
-    lv2_atom_object_get(&message, mNames.patchProperty, &property, mNames.patchValue, &value, 0);
-    const bool isOurs = property && property->type == mNames.atomURID && property->size == sizeof(LV2_URID) &&
-                        BodyOf<LV2_URID>(*property) == mNames.timeFormat;
+    const LV2_Atom* const property = PropertyOf(message, mNames.patchProperty);
+    const LV2_Atom* const value = PropertyOf(message, mNames.patchValue);
+    const bool isOurs = property && AtomContent<LV2_URID>(*property, mNames.atomURID) == mNames.timeFormat;
     if (isGet && (isOurs || !property)) mTellsTimeFormat = true; // without a property it asks for everything
     if (!isGet && isOurs && value) setTimeFormat(*value);
 }
@@ -117,12 +104,10 @@ void ToneProcessor::readMessage(const LV2_Atom_Object& message)
 std::optional<double> ToneProcessor::number(const LV2_Atom* atom) const
 {
     if (!atom) return std::nullopt;
-    if (atom->type == mNames.atomInt && atom->size == sizeof(std::int32_t)) return BodyOf<std::int32_t>(*atom);
-    if (atom->type == mNames.atomLong && atom->size == sizeof(std::int64_t))
-        return static_cast<double>(BodyOf<std::int64_t>(*atom));
-    if (atom->type == mNames.atomFloat && atom->size == sizeof(float)) return double{BodyOf<float>(*atom)};
-    if (atom->type == mNames.atomDouble && atom->size == sizeof(double)) return BodyOf<double>(*atom);
-    return std::nullopt;
+    if (const auto whole = AtomContent<std::int32_t>(*atom, mNames.atomInt)) return *whole;
+    if (const auto whole = AtomContent<std::int64_t>(*atom, mNames.atomLong)) return static_cast<double>(*whole);
+    if (const auto real = AtomContent<float>(*atom, mNames.atomFloat)) return double{*real};
+    return AtomContent<double>(*atom, mNames.atomDouble);
 }
 
 void ToneProcessor::setTimeFormat(const LV2_Atom& format)
@@ -135,9 +120,7 @@ void ToneProcessor::setTimeFormat(const LV2_Atom& format)
 
 void ToneProcessor::followTransport(const LV2_Atom_Object& position)
 {
-    const LV2_Atom* speed = nullptr;
-    lv2_atom_object_get(&position, mNames.timeSpeed, &speed, 0);
-    const std::optional<double> asked = number(speed);
+    const std::optional<double> asked = number(PropertyOf(position, mNames.timeSpeed));
     if (!asked) return;
     const bool rolls = *asked != 0.0;
     if (rolls && !mRolls) mRenderer.startOver();

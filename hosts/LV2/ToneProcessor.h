@@ -24,7 +24,7 @@
 
 class ToneProcessor {
 public:
-    /// Null when the host offers no `urid:map`.
+    /// Null when the host offers no `urid:map`, or a sample rate at which there is no tone (`IsToneSampleRate`).
     static std::unique_ptr<ToneProcessor> create(double sampleRateHz, const LV2_Feature* const* features);
 
     void connect(std::uint32_t port, void* data);

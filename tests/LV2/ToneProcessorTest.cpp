@@ -7,8 +7,10 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numbers>
+#include <stdexcept>
 
 #include <linux/seccomp.h>
 #include <lv2/atom/util.h>
@@ -44,10 +46,13 @@ public:
     Message& urid(LV2_URID value) { return lv2_atom_forge_urid(&mForge, value), *this; }
     Message& integer(std::int32_t value) { return lv2_atom_forge_int(&mForge, value), *this; }
     Message& number(float value) { return lv2_atom_forge_float(&mForge, value), *this; }
-    void sendTo(HostedTone& tone)
+    /// One of its 32-bit words: 0 is its size.
+    Message& change(std::size_t word, std::uint32_t value)
     {
-        tone.send(mBytes.data(), lv2_atom_total_size(reinterpret_cast<const LV2_Atom*>(mBytes.data())));
+        std::memcpy(mBytes.data() + 4 * word, &value, sizeof value);
+        return *this;
     }
+    void sendTo(HostedTone& tone) { tone.send(mBytes.data(), mForge.offset); }
 
 private:
     LV2_Atom_Forge mForge;
@@ -181,6 +186,51 @@ TEST(ToneProcessor, NeedsNoPortsButRefusesAHostWithoutNames)
     plugin->run(handle, 64);
     plugin->run(handle, 0);
     plugin->cleanup(handle);
+}
+
+TEST(ToneProcessor, ReadsNoFurtherThanAMessageGoes)
+{
+    Names names;
+    HostedTone tone(names);
+    const struct {
+        const char* why;
+        std::size_t word;
+        std::uint32_t value;
+    } kRows[] = {
+        {"a message without a body", 0, 0},
+        {"half a body", 0, 4},
+        {"it ends before the number", 0, 48},
+        {"and in the middle of it", 0, 50},
+        {"it is longer than what was sent", 0, 1 << 20},
+        {"the property is", 6, 1 << 20},
+        {"the number is", 12, 1 << 20},
+        {"a length that leads back to its beginning", 6, 0xFFFFFFF0},
+        {"the largest length", 6, 0xFFFFFFFF},
+        {"the property is no name", 7, 0},
+        {"a number of another size", 12, 8},
+    };
+    for (const auto& row : kRows) {
+        SetFormat(names, 5).change(row.word, row.value).sendTo(tone);
+        tone.run();
+        EXPECT_THAT(tone.saved(), ElementsAre(Pair(testing::_, 1))) << row.why;
+        SetFormat(names, 1).sendTo(tone);
+        tone.run();
+    }
+    SetFormat(names, 5).sendTo(tone);
+    tone.run();
+    EXPECT_THAT(tone.saved(), ElementsAre(Pair(testing::_, 5)));
+}
+
+TEST(ToneProcessor, RefusesRatesAtWhichThereIsNoTone)
+{
+    Names names;
+    for (const double rate : {0.0, -48000.0, 0.01, 768001.0, 1e12, 1e300, std::numeric_limits<double>::infinity(),
+                              std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_THROW(HostedTone(names, kTonaroMonoURI, rate), std::runtime_error) << rate;
+    for (const double rate : {1.0, 8000.0, 768000.0}) {
+        HostedTone tone(names, kTonaroMonoURI, rate);
+        EXPECT_THAT(tone.rendered(4), Each(testing::AllOf(testing::Ge(-1.5f), testing::Le(1.5f)))) << rate;
+    }
 }
 
 /// Everything that happens while a plug-in runs: values that change, messages, each waveform, sweeps.
