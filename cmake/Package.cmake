@@ -76,6 +76,8 @@ function(tonaro_pkg_config name include needs packages libraries)
     list(APPEND requires ${modules})
   endforeach()
   list(JOIN requires " " requires)
+  file(RELATIVE_PATH up ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+  string(REGEX REPLACE "/$" "" up "${up}")
   configure_file(${Tonaro_SOURCE_DIR}/cmake/tonaro.pc.in ${Tonaro_BINARY_DIR}/pkgconfig/tonaro-${file}.pc @ONLY)
   install(FILES ${Tonaro_BINARY_DIR}/pkgconfig/tonaro-${file}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
