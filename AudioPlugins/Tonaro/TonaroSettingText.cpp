@@ -12,7 +12,7 @@ constexpr std::string_view kWaveforms[] = {"Sine", "Triangle", "Square", "Sawtoo
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kDividers = "\n\r,;";
 constexpr std::string_view kOption = "--set";
-constexpr std::size_t kLongestProblem = 40;
+constexpr std::size_t kLongestProblem = 40; // bytes of the text that are repeated
 
 std::string_view trimmed(std::string_view text)
 {
@@ -53,8 +53,18 @@ bool readEntry(std::string_view entry, TonaroSetting& setting)
     const auto parameter = static_cast<std::uint32_t>(found - std::begin(kNames));
     float value = 0;
     if (!readValue(parameter, trimmed(entry.substr(equals + 1)), value)) return false;
+    std::erase_if(setting, [parameter](const auto& earlier) { return earlier.first == parameter; });
     setting.emplace_back(parameter, value);
     return true;
+}
+
+/// Its start, whole characters of UTF-8, and an ellipsis where there is more.
+std::string quoteOf(std::string_view entry)
+{
+    if (entry.size() <= kLongestProblem) return std::string(entry);
+    std::size_t end = kLongestProblem;
+    while (end > 0 && (static_cast<unsigned char>(entry[end]) & 0xC0) == 0x80) --end;
+    return std::string(entry.substr(0, end)) + "…";
 }
 
 std::string shortestText(float value)
@@ -85,7 +95,7 @@ TonaroSetting TonaroSettingFromText(std::string_view text, std::string& problem)
         const std::string_view entry = trimmed(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
         if (entry.empty() || readEntry(entry, setting)) continue;
-        problem = entry.substr(0, kLongestProblem);
+        problem = quoteOf(entry);
         return {};
     }
     return setting;

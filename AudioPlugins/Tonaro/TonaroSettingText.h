@@ -6,7 +6,7 @@
 ///     start-frequency=440
 ///
 /// Names and values are those of the options of `tonaro`. Reading takes them in any order, divided by line ends, commas
-/// or semicolons, with or without "--set ".
+/// or semicolons, with or without "--set "; of a name that stands there more than once the last counts.
 
 #include "TonaroParameters.h"
 
