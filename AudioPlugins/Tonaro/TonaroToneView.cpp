@@ -113,10 +113,12 @@ void TonaroToneView::mouseDown(NSEvent& event)
     const RetainPtr<TonaroToneView> keep(this);
     const NSPoint pointer = convertPointFromWindow(event.locationInWindow());
     const auto parameter = parameterAt(pointer);
-    if (!parameter || !mListener || !window()) return NSView::mouseDown(event);
-    if (!window()->makeFirstResponder(nullptr)) return; // what was being typed is refused
-    window()->beginTracking(this);
-    if (window()->trackingView() != this) return;
+    const RetainPtr<NSWindow> in(window());
+    if (!parameter || !mListener || !in) return NSView::mouseDown(event);
+    // commits what was being typed, which may be refused, and may change anything, this view's window included
+    if (!in->makeFirstResponder(nullptr)) return;
+    in->beginTracking(this);
+    if (in->trackingView() != this) return;
     const NSPoint point = *parameter == kParamStartFrequency ? startPoint() : endPoint();
     mDrag = {*parameter, point.y - pointer.y, mListener->value(*parameter)};
     setNeedsDisplay();

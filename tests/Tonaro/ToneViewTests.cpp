@@ -148,6 +148,19 @@ TEST_F(ToneViewTest, OnlyWhatCountsCanBeDragged)
     EXPECT_EQ(picture().cursorAtPoint(picture().startPoint()), NSCursorShape::hand);
 }
 
+TEST_F(ToneViewTest, APressThatCommitsAnEditMayCloseTheEditor)
+{
+    editor.outlet<NSTextField>("mGainText").selectText(nullptr);
+    const auto text = NSString::string("7");
+    editor.window->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, 0, editor.window, text, text, false));
+    unit.whenSet = [this] {
+        editor.window->setContentView(nullptr);
+        editor.view.reset();
+    };
+    mouse(NSLeftMouseDown, picture().startPoint());
+    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,7) end(5)") << "no drag begins";
+}
+
 TEST_F(ToneViewTest, ASetThatClosesTheEditorDuringADragIsSafe)
 {
     mouse(NSLeftMouseDown, picture().startPoint());
