@@ -90,5 +90,5 @@ void TonaroEditing::hideNotice()
     if (mNoticeTimer) CFRunLoopTimerInvalidate(mNoticeTimer);
     mNoticeTimer.reset();
     const RetainPtr<NSTextBubble> notice = std::exchange(mNotice, nullptr);
-    if (notice && mEditor.window()) mEditor.window()->removeOverlay(notice);
+    if (notice && notice->window()) notice->window()->removeOverlay(notice); // the editor may have left it
 }

@@ -19,7 +19,6 @@ public:
 
     TonaroHistory& history() { return *mHistory; }
     bool performKey(const NSEvent& event); ///< @return false for a key that means nothing here
-    const NSString* notice() const { return mNotice ? mNotice->text() : nullptr; }
 
 private:
     void copy() const;

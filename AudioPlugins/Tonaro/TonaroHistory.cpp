@@ -13,6 +13,12 @@ constexpr double kBareSeconds = 0.3; ///< from a person's event to the value tha
 constexpr double kTogetherSeconds = 0.7;
 constexpr float kAnswerPart = 1e-5F; ///< what a slider's answer to the unit differs by at most
 
+bool IsChange(float before, float after, bool isBare)
+{
+    const float size = std::max(std::abs(after), std::abs(before));
+    return std::abs(after - before) > (isBare ? kAnswerPart * size : 0); // false for not-a-number
+}
+
 } // namespace
 
 TonaroHistory::TonaroHistory(AudioUnit unit)
@@ -52,15 +58,16 @@ void TonaroHistory::heard(const AudioUnitEvent& event, float value)
 void TonaroHistory::record(AudioUnitParameterID parameter, float before, bool isBare)
 {
     const float after = mParameters[parameter].known;
-    const float difference = std::abs(after - before), size = std::max(std::abs(after), std::abs(before));
-    if (!(difference > (isBare ? kAnswerPart * size : 0))) return;
+    if (!IsChange(before, after, isBare)) return;
     mUndone.clear();
     const double now = CFAbsoluteTimeGetCurrent();
     const bool continues =
         isBare && !mDone.empty() && mDone.back().front().parameter == parameter && now - mLastBare < kTogetherSeconds;
     mLastBare = isBare ? now : -1;
     if (continues) {
-        mDone.back().front().after = after;
+        Change& change = mDone.back().front();
+        change.after = after;
+        if (!IsChange(change.before, after, isBare)) mDone.pop_back(); // up and down again
         return;
     }
     mDone.push_back({{parameter, before, after}});

@@ -94,6 +94,17 @@ TEST_F(EditingTest, KeysInARowAreOneEdit)
     EXPECT_FALSE(undo());
 }
 
+TEST_F(EditingTest, KeysThatLeadBackAreNoEdit)
+{
+    enter("mStartFrequencyText", 600);
+    editor.window->makeFirstResponder(&editor.start());
+    key(NSUpArrowFunctionKey);
+    key(NSDownArrowFunctionKey);
+    EXPECT_NEAR(start(), 600, 0.01);
+    EXPECT_TRUE(undo());
+    EXPECT_NEAR(start(), 440, 0.01) << "each undo can be seen";
+}
+
 TEST_F(EditingTest, AutomationIsNoEdit)
 {
     AudioUnitParameter parameter{&unit, kParamStartFrequency, kAudioUnitScope_Global, 0};
@@ -166,6 +177,38 @@ TEST_F(EditingTest, AClipboardWithoutASettingChangesNothing)
     }
 }
 
+TEST_F(EditingTest, OfANameThatIsPastedTwiceTheLastCounts)
+{
+    NSPasteboard::setString("gain=-20\ngain=-30"_ns.get());
+    key(u'v', kCtrl);
+    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-30) end(5)");
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(unit.values[kParamGain], -12);
+}
+
+TEST_F(EditingTest, ARefusedPasteIsToldForAWhile)
+{
+    const auto picture = [this] {
+        const auto pixels = CGBitmapContextGetPixels(editor.window->bitmap());
+        return std::vector<std::uint8_t>(pixels.begin(), pixels.end());
+    };
+    const auto plain = picture();
+    NSPasteboard::setString("loud"_ns.get());
+    key(u'v', kCtrl);
+    EXPECT_NE(picture(), plain);
+    scene.run(5);
+    EXPECT_EQ(picture(), plain);
+
+    key(u'v', kCtrl);
+    const NSSize size = editor.view->frame().size;
+    editor.window->setContentView(nullptr);
+    editor.view.reset();
+    const auto nothing = make<NSView>(NSRect{{0, 0}, size});
+    editor.window->setContentView(nothing);
+    const auto empty = picture();
+    EXPECT_TRUE(std::equal(empty.begin() + 4, empty.end(), empty.begin())) << "the note goes with the editor";
+}
+
 TEST_F(EditingTest, AnEditorMayCloseWhileItPastes)
 {
     NSPasteboard::setString("gain=-20\nlength=3"_ns.get());
@@ -206,6 +249,8 @@ TEST(TonaroSettingText, ReadsWhatItWrites)
     for (const auto& [parameter, value] : setting) EXPECT_EQ(value, values[parameter]);
     EXPECT_TRUE(TonaroSettingFromText("gain=-1\nlength=x", problem).empty());
     EXPECT_EQ(problem, "length=x");
+    TonaroSettingFromText("aääääääääääääääääääääääääää", problem);
+    EXPECT_EQ(problem, "aäääääääääääääääääää…") << "no half characters";
 }
 
 } // namespace
