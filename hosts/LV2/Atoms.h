@@ -9,6 +9,7 @@
 #include <optional>
 
 #include <lv2/atom/atom.h>
+#include <lv2/urid/urid.h>
 
 /// The content, where the atom has that type and the size of it.
 template <typename T> std::optional<T> AtomContent(const LV2_Atom& atom, LV2_URID type)

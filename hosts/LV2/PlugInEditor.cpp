@@ -103,9 +103,8 @@ void PlugInEditor::hide()
 
 bool PlugInEditor::idle()
 {
-    int turns = 0;
-    while (++turns < kMostTurns && CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true) == kCFRunLoopRunHandledSource) {
-    }
+    for (int turn = 0; turn < kMostTurns; ++turn)
+        if (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true) != kCFRunLoopRunHandledSource) break;
     return nativeWindow() != 0;
 }
 
