@@ -40,8 +40,9 @@ with sliders on the mel and decibel scales. tonaro plays the tone or writes it
 into a sound file; an LV2 plug-in is the same generator in a host. zepos
 converts positions between samples, timecode, time, measures and so on.")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SHLIBDEPS ON)
-# the editor measures its text with exactly these fonts
-set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "fonts-dejavu-core, fonts-liberation2")
+# text is measured with exactly these fonts
+set(fonts "fonts-dejavu-core, fonts-liberation2")
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "${fonts}")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_RECOMMENDS "fonts-vlgothic")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SUGGESTS "jackd, lv2-host")
 
@@ -53,5 +54,5 @@ drawing (ZeUI), sliders and time fields (ZeControls), and the layer of objects,
 run loops, text, views and windows that they stand on (platform). CMake finds
 them as Tonaro, pkg-config as tonaro-zekernel and so on.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "libcairo2-dev, libicu-dev, libjpeg62-turbo-dev, libpango1.0-dev, libplist-dev, libpng-dev, libpugixml-dev, libxcb-shm0-dev, libxcb-xkb-dev, libxcb1-dev, libxkbcommon-x11-dev, pkg-config")
+  "${fonts}, libcairo2-dev, libicu-dev, libjpeg62-turbo-dev, libpango1.0-dev, libplist-dev, libpng-dev, libpugixml-dev, libxcb-shm0-dev, libxcb-xkb-dev, libxcb1-dev, libxkbcommon-x11-dev, pkg-config")
 include(CPack)
