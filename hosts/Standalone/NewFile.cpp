@@ -14,6 +14,7 @@ namespace {
 
 constexpr mode_t kEverybody = 0666;
 constexpr mode_t kRights = 07777;
+constexpr int kMostLinks = 40; ///< as the system's own limit: links may lead in a circle
 
 [[noreturn]] void fail(const std::string& name, int error) { throw InputError{name + ": " + std::strerror(error)}; }
 
@@ -25,12 +26,14 @@ mode_t rightsOfNewFiles()
     return kEverybody & ~mask;
 }
 
-/// The file that `name` leads to, if it is a link.
+/// The file that `name` leads to, if it is a link; also where there is none yet.
 std::string pathBehind(const std::string& name)
 {
     std::error_code error;
-    const auto path = std::filesystem::weakly_canonical(name, error);
-    return error ? name : path.string();
+    std::filesystem::path path = name;
+    for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links)
+        path = path.parent_path() / std::filesystem::read_symlink(path, error);
+    return path.string();
 }
 
 } // namespace
@@ -39,6 +42,7 @@ NewFile::NewFile(const std::string& name) : mName(name), mPath(pathBehind(name))
 {
     struct stat facts {};
     const bool exists = stat(mPath.c_str(), &facts) == 0;
+    if (!exists && errno != ENOENT) fail(mName, errno);
     if (exists && S_ISDIR(facts.st_mode)) fail(mName, EISDIR);
     if (exists && access(mPath.c_str(), W_OK) != 0) fail(mName, errno);
     if (exists && !S_ISREG(facts.st_mode)) {

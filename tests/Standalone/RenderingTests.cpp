@@ -152,6 +152,19 @@ TEST_F(Rendering, TakesThePlaceOfWhatWasThereAndItsRights)
     EXPECT_THAT(files(), ElementsAre("link.wav", "there.wav"));
 }
 
+TEST_F(Rendering, FollowsLinksAlsoToAFileThatIsntThereYet)
+{
+    fs::create_directory(path("folder"));
+    fs::create_symlink("folder/next.wav", path("link.wav"));
+    fs::create_symlink(path("new.wav"), path("folder/next.wav"));
+    render("link.wav", {{"length", "0.01"}});
+    EXPECT_EQ(SndfileHandle(path("new.wav")).frames(), 441);
+    EXPECT_TRUE(fs::is_symlink(path("link.wav")));
+    EXPECT_TRUE(fs::is_symlink(path("folder/next.wav")));
+    fs::create_symlink("circle.wav", path("circle.wav"));
+    EXPECT_EQ(complaint("circle.wav"), path("circle.wav") + ": Too many levels of symbolic links");
+}
+
 TEST_F(Rendering, AFailureKeepsWhatWasThere)
 {
     std::ofstream(path("there.wav")) << "old";
