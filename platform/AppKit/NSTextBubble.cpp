@@ -14,6 +14,22 @@ CTFontRef Font() { return NSSmallSystemFont(); }
 CGFloat LineHeight() { return std::ceil(CTFontGetAscent(Font()) + CTFontGetDescent(Font())) + 2; }
 CGFloat WidthOf(std::u16string_view text) { return CTLineGetTypographicBounds(CTLineCreate(text, Font()).get()).width; }
 
+/// Kana and ideographs stand without spaces: a line may begin with one, but for the small ones.
+bool MayBeginLine(char16_t unit, char16_t before)
+{
+    constexpr std::u16string_view kSmallKana = u"ぁぃぅぇぉっゃゅょァィゥェォッャュョー";
+    return unit >= 0x3041 && unit <= 0x9FFF && kSmallKana.find(unit) == kSmallKana.npos && before != u'「';
+}
+
+/// Where the word ends that starts there.
+std::size_t EndOfWord(std::u16string_view text, std::size_t start)
+{
+    std::size_t end = start;
+    for (; end < text.size() && text[end] != u' ' && text[end] != u'\n'; ++end)
+        if (end > start && MayBeginLine(text[end], text[end - 1])) break;
+    return end;
+}
+
 /// `value` within `low` and `high`; `low` where they leave no room.
 CGFloat Kept(CGFloat value, CGFloat low, CGFloat high) { return std::max(low, std::min(value, high)); }
 
@@ -38,20 +54,22 @@ bool NSTextBubble::initWithText(const NSString* text, NSRect anchor, NSRect room
     return initWithFrame({{std::round(x), std::round(y)}, size});
 }
 
-/// Breaks at line ends and where needed at spaces; a word that is wider than the note is cut with an ellipsis.
+/// Breaks at line ends and where needed between words; a word that is wider than the note is cut with an ellipsis.
 void NSTextBubble::breakLines(CGFloat width)
 {
     const std::u16string& text = mText->units();
-    bool startsLine = true;
+    char16_t before = u'\n'; // what divides a word from the one before; 0 for nothing
     for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find_first_of(u" \n", start), text.size());
+        const std::size_t end = EndOfWord(text, start);
         const std::u16string word = text.substr(start, end - start);
-        if (startsLine || WidthOf(mLines.back() + u' ' + word) > width)
+        const std::u16string joined = (before == u' ' ? u" " : u"") + word;
+        if (before == u'\n' || WidthOf(mLines.back() + joined) > width)
             mLines.push_back(word);
         else
-            mLines.back() += u' ' + word;
-        startsLine = end < text.size() && text[end] == u'\n';
-        start = end + 1;
+            mLines.back() += joined;
+        const bool isDivided = end < text.size() && (text[end] == u' ' || text[end] == u'\n');
+        before = isDivided ? text[end] : u'\0';
+        start = isDivided ? end + 1 : end;
     }
     for (auto& line : mLines) line = CTTruncatedEnd(line, Font(), width);
 }

@@ -427,4 +427,18 @@ TEST(NSTextField, TheNoteStaysInTheWindow)
     }
 }
 
+TEST(NSTextField, TheNoteNeedsNoSpacesToBreak)
+{
+    const auto sizeOf = [](const NSString* text) {
+        const NSRect room = {{0, 0}, {400, 200}};
+        return make<NSTextBubble>(&NSTextBubble::initWithText, text, NSRect{{20, 20}, {9, 9}}, room)->frame().size;
+    };
+    const NSSize line = sizeOf("「30」"_ns.get()), two = sizeOf("「30」\n周波数"_ns.get());
+    const auto sentence = "「WWWWWWWWWWWWWWWWWWWWWW」は周波数ではありません。ウィンドウもファイルもありません。"_ns;
+    EXPECT_GE(sizeOf(sentence.get()).height, two.height);
+    EXPECT_GT(two.height, line.height);
+    const auto quote = "「WWWWWWWWWWWWWWWWWWWWWW」"_ns;
+    EXPECT_GE(sizeOf(sentence.get()).width, sizeOf(quote.get()).width) << "the quote is on one line";
+}
+
 } // namespace
