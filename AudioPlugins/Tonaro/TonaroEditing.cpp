@@ -2,8 +2,8 @@
 
 #include "AppKit/NSPasteboard.h"
 #include "AppKit/NSWindow.h"
-#include "Foundation/NSBundle.h"
 #include "TonaroSettingText.h"
+#include "TonaroTexts.h"
 
 namespace {
 
@@ -73,13 +73,10 @@ void TonaroEditing::showNotice(const char* key, const std::string& quote)
     hideNotice();
     NSWindow* const window = mEditor.window();
     if (!window) return;
-    std::string sentence =
-        NSBundle::mainBundle()->localizedStringForKey(NSString::string(key).get(), nullptr, nullptr)->utf8();
-    constexpr std::string_view kMark = "%1$@";
-    if (const std::size_t at = sentence.find(kMark); at != sentence.npos) sentence.replace(at, kMark.size(), quote);
+    const RetainPtr<NSString> sentence = TonaroText(key, {quote});
     const NSRect room = mEditor.convertRectToWindow(mEditor.bounds());
     const NSRect anchor = {{room.origin.x + kNoticeInset, CGRectGetMaxY(room) - kNoticeInset}, {0, 0}};
-    mNotice = make<NSTextBubble>(&NSTextBubble::initWithText, NSString::string(sentence).get(), anchor, room);
+    mNotice = make<NSTextBubble>(&NSTextBubble::initWithText, sentence.get(), anchor, room);
     window->addOverlay(mNotice);
     mNoticeTimer = CFRunLoopTimerCreate(CFAbsoluteTimeGetCurrent() + kNoticeSeconds, 0, [this] { hideNotice(); });
     CFRunLoopAddTimer(CFRunLoopGetCurrent(), mNoticeTimer, kCFRunLoopCommonModes);

@@ -1,8 +1,8 @@
 #include "TonaroFields.h"
 
-#include "Foundation/NSBundle.h"
 #include "TonaroNotes.h"
 #include "TonaroNumberFormatters.h"
+#include "TonaroTexts.h"
 #include "ZeTimeTextFormatter.h"
 
 #include <cmath>
@@ -60,11 +60,7 @@ void TonaroTypedValue::shown(NSObject* value, double tolerance)
 std::string TonaroTypedValue::reason(const NSFormatter* formatter) const
 {
     if (!mRefused) return {};
-    std::string text =
-        NSBundle::mainBundle()->localizedStringForKey(NSString::string(kOutOfRange).get(), nullptr, nullptr)->utf8();
-    for (const auto& [mark, value] : {std::pair("%1$@", mRefused.get()), {"%2$@", mInstead.get()}})
-        if (const std::size_t at = text.find(mark); at != text.npos) text.replace(at, 4, textOf(formatter, value));
-    return text;
+    return TonaroText(kOutOfRange, {textOf(formatter, mRefused.get()), textOf(formatter, mInstead.get())})->utf8();
 }
 
 // --- a number

@@ -1,7 +1,7 @@
 #include "TonaroNumberFormatters.h"
 
-#include "Foundation/NSBundle.h"
 #include "TonaroNotes.h"
+#include "TonaroTexts.h"
 
 #include <cmath>
 #include <limits>
@@ -65,11 +65,7 @@ bool refuse(const char* key, std::u16string_view text, RetainPtr<NSString>* erro
         if ((quote.back() & 0xFC00) == 0xD800) quote.pop_back(); // half of a pair
         quote += u'…';
     }
-    std::u16string sentence =
-        NSBundle::mainBundle()->localizedStringForKey(NSString::string(key).get(), nullptr, nullptr)->units();
-    constexpr std::u16string_view kMark = u"%1$@";
-    if (const std::size_t at = sentence.find(kMark); at != sentence.npos) sentence.replace(at, kMark.size(), quote);
-    *error = NSString::string(std::move(sentence));
+    *error = TonaroText(key, {NSString::string(std::move(quote))->utf8()});
     return false;
 }
 
