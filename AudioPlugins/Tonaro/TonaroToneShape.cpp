@@ -9,7 +9,13 @@
 namespace {
 
 constexpr double kLowestHz = 0.01;
+constexpr double kMostSteps = 100000;
 constexpr double kLongestPeriod = 96, kShortestPeriod = 12; // points
+
+int stepsIn(CGFloat width, CGFloat step)
+{
+    return static_cast<int>(std::clamp(std::ceil(width / step), 1.0, kMostSteps));
+}
 
 double waveAt(int waveform, double phase)
 {
@@ -50,9 +56,9 @@ double TonaroToneShape::hzOf(double height) const
 std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept, CGFloat step) const
 {
     std::vector<CGPoint> points;
-    const double count = asIfItSwept ? std::max(1.0, std::ceil(inside.size.width / step)) : 1;
-    for (double i = 0; i <= count; ++i) {
-        const double height = heightOf(asIfItSwept ? hzAt(i / count) : startHz);
+    const int count = asIfItSwept ? stepsIn(inside.size.width, step) : 1;
+    for (int i = 0; i <= count; ++i) {
+        const double height = heightOf(asIfItSwept ? hzAt(double(i) / count) : startHz);
         points.push_back(
             {inside.origin.x + inside.size.width * i / count, CGRectGetMaxY(inside) - height * inside.size.height});
     }
@@ -62,16 +68,16 @@ std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept, CGFl
 std::vector<CGPoint> TonaroToneShape::wave(CGRect inside, CGFloat step) const
 {
     std::vector<CGPoint> points;
-    const double count = std::max(1.0, std::ceil(inside.size.width / step));
+    const int count = stepsIn(inside.size.width, step);
     const double apart = inside.size.width / count, half = inside.size.height / 2;
     const auto periodAt = [&](double hz) {
         return kLongestPeriod * std::pow(kShortestPeriod / kLongestPeriod, heightOf(hz));
     };
     const double steadyPeriod = periodAt(startHz);
     double phase = 0;
-    for (double i = 0; i <= count; ++i) {
+    for (int i = 0; i <= count; ++i) {
         points.push_back({inside.origin.x + i * apart, CGRectGetMidY(inside) - half * waveAt(waveform, phase)});
-        phase += apart / (sweeps ? periodAt(hzAt(i / count)) : steadyPeriod);
+        phase += apart / (sweeps ? periodAt(hzAt(double(i) / count)) : steadyPeriod);
     }
     return points;
 }
