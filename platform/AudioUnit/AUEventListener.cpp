@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <unordered_map>
 
 namespace {
 
@@ -18,6 +19,8 @@ constexpr CFAbsoluteTime kNever = std::numeric_limits<CFAbsoluteTime>::infinity(
 struct Listeners {
     std::mutex mutex;
     std::vector<std::shared_ptr<AUListenerBase>> all;
+    /// Those that registered something of a unit: who posts doesn't go through the listeners of a hundred others.
+    std::unordered_map<AudioUnit, std::vector<std::shared_ptr<AUListenerBase>>> ofUnit;
 };
 
 Listeners& AllListeners()
@@ -67,11 +70,19 @@ std::uint64_t DrawTicket()
     return ++last;
 }
 
+AudioUnit UnitOf(const AudioUnitEvent& event)
+{
+    const bool isProperty = event.mEventType == kAudioUnitEvent_PropertyChange;
+    return isProperty ? event.mArgument.mProperty.mAudioUnit : event.mArgument.mParameter.mAudioUnit;
+}
+
 void Post(AUEventListenerRef sendingListener, void* sendingObject, AUPostedEvent posted)
 {
     Listeners& listeners = AllListeners();
     const std::lock_guard lock(listeners.mutex);
-    for (const auto& listener : listeners.all) {
+    const auto found = listeners.ofUnit.find(UnitOf(posted.event));
+    if (found == listeners.ofUnit.end()) return;
+    for (const auto& listener : found->second) {
         posted.sentFor = listener.get() == sendingListener ? std::optional(sendingObject) : std::nullopt;
         listener->queue.post(posted);
         listener->schedule();
@@ -208,6 +219,8 @@ OSStatus AUListenerDispose(AUEventListenerRef listener)
         ended = Find(listeners, listener);
         if (!ended) return kAudio_ParamError;
         std::erase(listeners.all, ended);
+        for (auto& entry : listeners.ofUnit) std::erase(entry.second, ended);
+        std::erase_if(listeners.ofUnit, [](const auto& entry) { return entry.second.empty(); });
         ended->disposed = true;
         ended->queue.clear();
     }
@@ -223,6 +236,8 @@ OSStatus AUEventListenerAddEventType(AUEventListenerRef listener, void* object, 
     const auto found = Find(listeners, listener);
     if (!found) return kAudio_ParamError;
     found->queue.add(object, *event);
+    auto& ofUnit = listeners.ofUnit[UnitOf(*event)];
+    if (std::find(ofUnit.begin(), ofUnit.end(), found) == ofUnit.end()) ofUnit.push_back(found);
     return noErr;
 }
 
