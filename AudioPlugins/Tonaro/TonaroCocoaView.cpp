@@ -81,6 +81,12 @@ void TonaroCocoaView::drawRect(NSRect dirty)
     NSRectFill(dirty);
 }
 
+NSRect TonaroCocoaView::opaqueRect() const
+{
+    const CGFloat scale = window() ? window()->backingScaleFactor() : 1;
+    return mBackgroundColor && mBackgroundColor->isOpaqueForScale(scale) ? bounds() : NSRect{};
+}
+
 bool TonaroCocoaView::performKeyEquivalent(NSEvent& event)
 {
     const RetainPtr<TonaroCocoaView> keep(this);

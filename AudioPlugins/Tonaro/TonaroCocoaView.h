@@ -39,6 +39,7 @@ public:
 
     void awakeFromNib() override;
     void drawRect(NSRect dirty) override;
+    NSRect opaqueRect() const override;
     bool performKeyEquivalent(NSEvent& event) override;
 
     /// Binds the view to a unit, which must outlive the binding; a second call binds it anew.

@@ -65,17 +65,20 @@ void TonaroDrawGraph(CGContextRef context, const std::vector<CGPoint>& heights, 
                      NSAppearanceColorName color)
 {
     const CGAffineTransform ctm = CGContextGetCTM(context);
-    const CGFloat scale = ctm.a;
+    const CGFloat scale = ctm.a, half = width * scale / 2;
     if (heights.size() < 2 || !(scale > 0) || CGRectIsEmpty(area)) return;
-    const CGFloat left = std::round(area.origin.x * scale + ctm.tx), top = std::floor(area.origin.y * scale + ctm.ty);
-    const CGFloat rows = std::ceil(CGRectGetMaxY(area) * scale + ctm.ty) - top;
+    const auto rowOf = [&](CGFloat y) { return y * scale + ctm.ty; };
+    const auto isHigher = [](CGPoint a, CGPoint b) { return a.y < b.y; };
+    const auto [highest, lowest] = std::minmax_element(heights.begin(), heights.end(), isHigher);
+    const CGFloat left = std::round(area.origin.x * scale + ctm.tx);
+    const CGFloat top = std::floor(std::max(rowOf(area.origin.y), rowOf(highest->y) - half));
+    const CGFloat rows = std::ceil(std::min(rowOf(CGRectGetMaxY(area)), rowOf(lowest->y) + half)) - top;
+    if (!(rows >= 1)) return;
     const std::size_t count = heights.size() - 1;
     Columns columns(count, static_cast<std::size_t>(rows), color);
-    const auto rowOf = [&](CGFloat y) { return y * scale + ctm.ty - top; };
-    const CGFloat half = width * scale / 2;
     for (std::size_t i = 0; i < count; ++i) {
-        const auto [highest, lowest] = std::minmax(rowOf(heights[i].y), rowOf(heights[i + 1].y));
-        columns.fill(i, highest - half, lowest + half);
+        const auto [upper, lower] = std::minmax(rowOf(heights[i].y), rowOf(heights[i + 1].y));
+        columns.fill(i, upper - half - top, lower + half - top);
     }
     columns.draw(context, CGRectMake((left - ctm.tx) / scale, (top - ctm.ty) / scale,
                                      static_cast<CGFloat>(count) / scale, rows / scale));

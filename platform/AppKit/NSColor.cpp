@@ -56,6 +56,18 @@ RetainPtr<const CGColor> NSColor::CGColorForScale(CGFloat scale) const
     return mColor ? mColor : RetainPtr<const CGColor>(NSAppearanceColor(mAppearance));
 }
 
+bool NSColor::isOpaqueForScale(CGFloat scale) const
+{
+    const RetainPtr<const CGColor> color = CGColorForScale(scale);
+    const NSImage::Representation picture =
+        mPattern ? mPattern->representationForScale(scale) : NSImage::Representation{};
+    if (!picture.image) return color && CGColorGetComponents(color)[3] >= 1;
+    const auto pixels = CGImageGetPixels(picture.image);
+    for (std::size_t i = 3; i < pixels.size(); i += 4)
+        if (pixels[i] != 0xFF) return false;
+    return !pixels.empty();
+}
+
 void NSColor::set() const
 {
     const CGContextRef context = NSGraphicsContext::currentContext();

@@ -28,6 +28,7 @@ public:
     void set() const;
     /// For a drawing at `scale` in the current appearance.
     RetainPtr<const CGColor> CGColorForScale(CGFloat scale) const;
+    bool isOpaqueForScale(CGFloat scale) const; ///< whether nothing shows through it
 
 private:
     RetainPtr<const CGColor> mColor;

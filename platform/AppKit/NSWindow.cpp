@@ -1,5 +1,7 @@
 #include "AppKit/NSWindow.h"
+
 #include "AppKit/NSApplication.h"
+#include "AppKit/NSDrawingPace.h"
 #include "AppKit/NSFirstFailure.h"
 #include "AppKit/NSMenu.h"
 #include "AppKit/NSToolTipTracker.h"
@@ -32,7 +34,8 @@ bool NSWindow::start(std::unique_ptr<NSWindowBackend> backend, NSSize size)
     mSize = size;
     mScale = mBackend->backingScale();
     mToolTips = std::make_unique<NSToolTipTracker>(*this);
-    mObserver = CFRunLoopAddBeforeWaiting(CFRunLoopGetCurrent(), [this] { displayIfNeeded(); });
+    NSDrawingPace::current(); // comes before the windows
+    mObserver = CFRunLoopAddBeforeWaiting(CFRunLoopGetCurrent(), [this] { displayAtPace(); });
     const auto redraw = [this](NSNotification&) { setNeedsDisplayInRect({{0, 0}, mSize}); };
     mAppearanceObserver = NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
         NSString::string(NSAppearanceDidChangeNotification).get(), nullptr, redraw);

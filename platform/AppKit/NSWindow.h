@@ -122,6 +122,7 @@ private:
 
     // drawing
     void markDirty(NSRect rect);
+    void displayAtPace();
     std::vector<CGRect> draw();
     void drawPixels(CGContextRef bitmap, CGRect pixels);
     void drawRing(CGContextRef bitmap) const;

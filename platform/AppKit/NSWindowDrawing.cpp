@@ -1,14 +1,26 @@
 // Views into the bitmap, and what changed to the window system.
 
 #include "AppKit/NSAppearance.h"
+#include "AppKit/NSDrawingPace.h"
 #include "AppKit/NSGraphicsContext.h"
 #include "AppKit/NSTemporarily.h"
 #include "AppKit/NSWindow.h"
 #include "CoreFoundation/CFRunLoop.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
+
+/// The pixels that lie in `rect` as a whole.
+NSRect WholePixelsInside(NSRect rect, const CGAffineTransform& ctm)
+{
+    const CGFloat left = std::ceil(CGRectGetMinX(rect) * ctm.a + ctm.tx),
+                  right = std::floor(CGRectGetMaxX(rect) * ctm.a + ctm.tx),
+                  top = std::ceil(CGRectGetMinY(rect) * ctm.d + ctm.ty),
+                  bottom = std::floor(CGRectGetMaxY(rect) * ctm.d + ctm.ty);
+    return CGRectMake((left - ctm.tx) / ctm.a, (top - ctm.ty) / ctm.d, (right - left) / ctm.a, (bottom - top) / ctm.d);
+}
 
 /// Whether `view`, or one in it, fills all of `dirty`, which is in the coordinates of its superview.
 bool Covers(const NSView& view, NSRect dirty)
@@ -19,6 +31,51 @@ bool Covers(const NSView& view, NSRect dirty)
     if (CGRectContainsRect(view.opaqueRect(), part)) return true;
     const auto& subviews = view.subviews();
     return std::any_of(subviews.begin(), subviews.end(), [&](const auto& subview) { return Covers(*subview, part); });
+}
+
+/// Adds what views inside of `view` fill: rectangles in its coordinates, of whole pixels, within `visible`.
+void CollectCovered(const NSView& view, NSPoint offset, NSRect visible, const CGAffineTransform& ctm,
+                    std::vector<NSRect>& covered)
+{
+    for (const auto& subview : view.subviews()) {
+        const NSPoint origin{offset.x + subview->frame().origin.x, offset.y + subview->frame().origin.y};
+        const NSRect inside = CGRectIntersection(CGRectOffset(subview->bounds(), origin.x, origin.y), visible);
+        if (subview->isHidden() || CGRectIsEmpty(inside)) continue;
+        const NSRect filled = CGRectIntersection(CGRectOffset(subview->opaqueRect(), origin.x, origin.y), inside);
+        if (!CGRectIsEmpty(filled)) covered.push_back(WholePixelsInside(filled, ctm));
+        CollectCovered(*subview, origin, inside, ctm, covered);
+    }
+}
+
+/// The parts of `rect` outside `hole`.
+void Subtract(NSRect rect, NSRect hole, std::vector<NSRect>& parts)
+{
+    const NSRect shared = CGRectIntersection(rect, hole);
+    if (CGRectIsEmpty(shared)) return parts.push_back(rect);
+    const CGFloat left = CGRectGetMinX(rect), right = CGRectGetMaxX(rect), top = CGRectGetMinY(shared),
+                  bottom = CGRectGetMaxY(shared);
+    const auto add = [&](CGFloat x, CGFloat y, CGFloat maxX, CGFloat maxY) {
+        if (maxX > x && maxY > y) parts.push_back(CGRectMake(x, y, maxX - x, maxY - y));
+    };
+    add(left, CGRectGetMinY(rect), right, top);
+    add(left, top, CGRectGetMinX(shared), bottom);
+    add(CGRectGetMaxX(shared), top, right, bottom);
+    add(left, bottom, right, CGRectGetMaxY(rect));
+}
+
+/// What of `part` nothing inside of `view` fills; in a few rectangles, else all of it.
+std::vector<NSRect> UncoveredParts(const NSView& view, NSRect part, const CGAffineTransform& ctm)
+{
+    constexpr std::size_t kMost = 16;
+    std::vector<NSRect> covered, parts{part};
+    CollectCovered(view, {}, part, ctm, covered);
+    for (const NSRect& hole : covered) {
+        std::vector<NSRect> rest;
+        for (const NSRect& rect : parts) Subtract(rect, hole, rest);
+        if (rest.size() > kMost) break;
+        parts = std::move(rest);
+    }
+    return parts;
 }
 
 /// Draws `view` and what is in it, without what others in it cover. Context and `dirty` are in the coordinates of its
@@ -34,11 +91,16 @@ void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
     const auto subviews = view.subviews(); // a view may change the tree while it draws
     const auto covering =
         std::find_if(subviews.rbegin(), subviews.rend(), [&](const auto& subview) { return Covers(*subview, part); });
-    if (covering == subviews.rend()) {
-        const ScopedGState ofTheView(context);
-        view.drawRect(part);
+    auto first = subviews.begin();
+    if (covering != subviews.rend()) {
+        first = std::prev(covering.base());
+    } else {
+        for (const NSRect& uncovered : UncoveredParts(view, part, CGContextGetCTM(context))) {
+            const ScopedGState ofTheView(context);
+            CGContextClipToRect(context, uncovered);
+            view.drawRect(uncovered);
+        }
     }
-    auto first = covering == subviews.rend() ? subviews.begin() : std::prev(covering.base());
     for (; first != subviews.end(); ++first) DrawTree(**first, context, part);
 }
 
@@ -59,6 +121,14 @@ void NSWindow::displayIfNeeded()
     const RetainPtr<NSWindow> keep(this);
     const std::vector<CGRect> pixelRects = draw();
     if (mBackend && mBitmap && !pixelRects.empty()) mBackend->present(mBitmap, pixelRects);
+}
+
+void NSWindow::displayAtPace()
+{
+    if (!mVisible || mDirty.empty() || !NSDrawingPace::current().mayDraw()) return;
+    const CFAbsoluteTime start = CFAbsoluteTimeGetCurrent();
+    displayIfNeeded(); // the window may be gone then
+    NSDrawingPace::current().drew(CFAbsoluteTimeGetCurrent() - start);
 }
 
 CGContextRef NSWindow::bitmap()

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr std::size_t kMostElements = 32, kMostShapes = 192;
-constexpr std::size_t kLargestMask = 1 << 16, kMostBytes = 1 << 18;
+constexpr std::size_t kLargestMask = 1 << 16, kMostBytes = 1 << 19;
 
 struct Shape {
     std::vector<std::int32_t> numbers; // of the elements, relative to a whole pixel, and of the pen

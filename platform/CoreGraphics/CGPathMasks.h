@@ -5,7 +5,7 @@
 ///
 /// A shape is known by its elements, to Cairo's 256th of a pixel, and by its pen; where it stands doesn't matter as
 /// long as it stands between the pixels in the same way. It is drawn through its mask from the first time on, so that
-/// it always has the same pixels. The masks of a thread take 256 KiB at most; those that weren't used for the longest
+/// it always has the same pixels. The masks of a thread take 512 KiB at most; those that weren't used for the longest
 /// time go.
 
 #include "CoreGraphics/CGCairo.h"
