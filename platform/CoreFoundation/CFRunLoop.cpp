@@ -14,6 +14,8 @@ constexpr CFAbsoluteTime kNever = std::numeric_limits<CFAbsoluteTime>::infinity(
 
 // Trivial, so that it can still be read while the thread's other objects are being destroyed.
 thread_local bool gThreadEnded = false;
+// The loop of this thread while it calls what is due; its observers come after that anyway.
+thread_local const CFRunLoop* gCallingLoop = nullptr;
 
 struct ThreadLoop {
     RetainPtr<RunLoop> loop = make<RunLoop>();
@@ -63,10 +65,26 @@ CFRunLoopRunResult RunLoop::run(CFTimeInterval seconds, bool returnAfterSourceHa
 
 bool RunLoop::turn(CFAbsoluteTime waitUntil)
 {
+    struct Calling {
+        RunLoop* loop;
+        const CFRunLoop* outer = std::exchange(gCallingLoop, loop);
+        bool ended = false;
+        ~Calling()
+        {
+            gCallingLoop = outer;
+            if (!ended) loop->mailbox.wakeUp(); // an exception: the observers come with the next turn
+        }
+    };
     const NSAutoreleasePool pool;
-    bool handled = callDescriptors(waitForDescriptors(waitUntil));
-    handled |= runBlocks();
-    handled |= fireTimers();
+    const Descriptors ready = waitForDescriptors(waitUntil);
+    bool handled = false;
+    {
+        Calling calling{this};
+        handled = callDescriptors(ready);
+        handled |= runBlocks();
+        handled |= fireTimers();
+        calling.ended = true;
+    }
     callObservers();
     return handled;
 }
@@ -210,7 +228,7 @@ void CFRunLoopStop(CFRunLoopRef loop)
 
 void CFRunLoopWakeUp(CFRunLoopRef loop)
 {
-    if (loop) Own(loop)->mailbox.wakeUp();
+    if (loop && loop != gCallingLoop) Own(loop)->mailbox.wakeUp();
 }
 
 void CFRunLoopPerformBlock(CFRunLoopRef loop, CFRunLoopMode, std::function<void()> block)

@@ -60,6 +60,8 @@ void CFRunLoopRun();
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, bool returnAfterSourceHandled);
 /// Ends the innermost run at the end of its turn; where nothing runs, the next run ends after one turn.
 void CFRunLoopStop(CFRunLoopRef loop);
+/// Has the loop's observers called soon: at the end of the turn where it is called from within one, else in a turn of
+/// their own.
 void CFRunLoopWakeUp(CFRunLoopRef loop);
 /// Calls `block` once on the loop's thread in its next turn, and wakes the loop. Blocks run in the order they came.
 void CFRunLoopPerformBlock(CFRunLoopRef loop, CFRunLoopMode mode, std::function<void()> block);
