@@ -102,9 +102,11 @@ OSStatus PostValue(AUEventListenerRef sendingListener, void* sendingObject, cons
 OSStatus PostGesture(AUEventListenerRef sendingListener, void* sendingObject, const AudioUnitEvent& event)
 {
     const AudioUnitParameter& parameter = event.mArgument.mParameter;
-    parameter.mAudioUnit->ParameterGesture(parameter.mParameterID, parameter.mScope, parameter.mElement,
-                                           event.mEventType == kAudioUnitEvent_BeginParameterChangeGesture);
-    Post(sendingListener, sendingObject, {event, 0.0f, HostTime(), 0, {}});
+    const bool begins = event.mEventType == kAudioUnitEvent_BeginParameterChangeGesture;
+    // what the unit tells because of a gesture that ends comes after the end, and isn't part of it
+    if (!begins) Post(sendingListener, sendingObject, {event, 0.0f, HostTime(), 0, {}});
+    parameter.mAudioUnit->ParameterGesture(parameter.mParameterID, parameter.mScope, parameter.mElement, begins);
+    if (begins) Post(sendingListener, sendingObject, {event, 0.0f, HostTime(), 0, {}});
     return noErr;
 }
 

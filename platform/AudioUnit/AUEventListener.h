@@ -66,7 +66,8 @@ OSStatus AUListenerDispose(AUEventListenerRef listener);
 /// A second registration of the same event and object counts once.
 OSStatus AUEventListenerAddEventType(AUEventListenerRef listener, void* object, const AudioUnitEvent* event);
 
-/// Tells the unit (gestures), then the listeners, of an event. The value of a value change is read from the unit.
+/// Tells the unit (gestures) and the listeners of an event; the end of a gesture is queued before the unit hears of it,
+/// so that what the unit tells then comes after it. The value of a value change is read from the unit.
 /// @param sendingListener, sendingObject  the pair that is not told; null for none
 OSStatus AUEventListenerNotify(AUEventListenerRef sendingListener, void* sendingObject, const AudioUnitEvent* event);
 

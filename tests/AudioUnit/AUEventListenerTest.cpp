@@ -41,11 +41,14 @@ struct Unit final : ComponentInstanceRecord {
     void ParameterGesture(AudioUnitParameterID parameter, AudioUnitScope, AudioUnitElement, bool begins) override
     {
         if (log) *log += (begins ? "unit:begin" : "unit:end") + std::to_string(parameter) + " ";
+        if (!begins)
+            if (const auto hook = std::exchange(atEnd, nullptr)) hook();
     }
 
     std::array<std::atomic<float>, 8> values{};
     std::string* log = nullptr;
     std::function<void()> afterRead; ///< once: what another thread does just then
+    std::function<void()> atEnd;     ///< once: what the unit does when a gesture ends
 };
 
 AudioUnitEvent ParameterEvent(AudioUnit unit, AudioUnitEventType type, AudioUnitParameterID id)
@@ -238,6 +241,16 @@ TEST_F(AUEventListenerTest, GesturesKeepValuesApartWhereTheyAreRegistered)
     EXPECT_EQ(takeLog(), "unit:begin1 unit:end1 unit:begin1 unit:end1 ") << "the unit hears at once";
     EXPECT_EQ(logOf(1.0), "view:set1=1 view:begin1 view:set1=3 view:set2=9 view:end1 view:begin1 view:end1 view:set1=4 "
                           "other:set1=4 ");
+}
+
+TEST_F(AUEventListenerTest, WhatAUnitTellsAtTheEndOfAGestureIsNoPartOfIt)
+{
+    listener.addValue(kView, &unit, 1);
+    listener.addGestures(kView, &unit, 1);
+    unit.atEnd = [this] { set(1, 7); }; // automation that waited for the hand to go
+    edit(1, 5);
+    takeLog();
+    EXPECT_EQ(logOf(1.0), "view:begin1 view:set1=5 view:end1 view:set1=7 ");
 }
 
 TEST_F(AUEventListenerTest, PropertyChangesOfOnePropertyMerge)

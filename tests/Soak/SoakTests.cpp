@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <numeric>
 #include <random>
 
 namespace {
@@ -233,7 +234,7 @@ protected:
     }
     void moodOfTheWindowSystem()
     {
-        switch (below(6)) {
+        switch (below(7)) {
         case 0:
             return display->newest->backendResized({400 + 400 * part(), 300 + 400 * part()}, any(kScales));
         case 1:
@@ -244,6 +245,8 @@ protected:
             return display->newest->backendGrabLost();
         case 4:
             return below(2) == 0 ? window->orderOut() : window->orderFront();
+        case 5:
+            return editor->setAU(&unit);
         default:
             close();
             return open();
