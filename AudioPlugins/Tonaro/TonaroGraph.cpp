@@ -77,7 +77,7 @@ void TonaroDrawGraph(CGContextRef context, const std::vector<CGPoint>& heights, 
     const std::size_t count = heights.size() - 1;
     Columns columns(count, static_cast<std::size_t>(rows), color);
     for (std::size_t i = 0; i < count; ++i) {
-        const auto [upper, lower] = std::minmax(rowOf(heights[i].y), rowOf(heights[i + 1].y));
+        const auto [upper, lower] = std::minmax({rowOf(heights[i].y), rowOf(heights[i + 1].y)});
         columns.fill(i, upper - half - top, lower + half - top);
     }
     columns.draw(context, CGRectMake((left - ctm.tx) / scale, (top - ctm.ty) / scale,
