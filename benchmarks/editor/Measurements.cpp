@@ -163,7 +163,7 @@ void measureOpening(const EditorFacts& facts)
 
 void measureClosing(const EditorFacts& facts)
 {
-    constexpr unsigned kWarmUp = 20;
+    constexpr unsigned kWarmUp = 50; // caches fill
     Screen screen;
     const EditorLibrary library(facts);
     struct Held {
@@ -265,7 +265,7 @@ void measureChanging(const EditorFacts& facts)
 
 void measureWheel(const EditorFacts& facts)
 {
-    const unsigned count = facts.count ? facts.count : 96;
+    const unsigned count = facts.count ? facts.count : 48;
     constexpr unsigned kPhases = 8;
     Screen screen;
     const EditorLibrary library(facts);
