@@ -2,6 +2,7 @@
 
 #include "AppKit/NSAppearance.h"
 #include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSRoundedRect.h"
 #include "AppKit/NSWindow.h"
 #include "TonaroGraph.h"
 
@@ -203,10 +204,7 @@ void TonaroToneView::drawPath(CGContextRef context, bool asIfItSwept) const
 void TonaroToneView::drawRect(NSRect)
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
-    CGContextSetFillColorWithColor(context, NSAppearanceColor(disabledFieldColor));
-    CGContextBeginPath(context);
-    CGContextAddRoundedRect(context, bounds(), kCorner);
-    CGContextFillPath(context);
+    NSDrawRoundedRect(context, bounds(), kCorner, disabledFieldColor);
     drawGrid(context);
 
     const CGRect inside = plot();

@@ -2,6 +2,7 @@
 
 #include "AppKit/NSAppearance.h"
 #include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSRoundedRect.h"
 #include "Foundation/NSClass.h"
 
 NS_CLASS_TABLE(NSBox, NSView, "")
@@ -21,16 +22,6 @@ void NSBox::drawRect(NSRect dirty)
         CGContextFillRect(context, dirty);
         return;
     }
-    const CGFloat hairline = 1 / NSGraphicsContext::currentScale(), radius = NSMetrics::cardCornerRadius;
-    const auto add = [&](CGFloat inset) {
-        CGContextBeginPath(context);
-        CGContextAddRoundedRect(context, CGRectInset(bounds(), inset, inset), radius - inset);
-    };
-    add(hairline / 2);
-    CGContextSetFillColorWithColor(context, NSAppearanceColor(NSAppearanceColorName::cardColor));
-    CGContextFillPath(context);
-    add(hairline / 2);
-    CGContextSetStrokeColorWithColor(context, NSAppearanceColor(NSAppearanceColorName::cardBorderColor));
-    CGContextSetLineWidth(context, hairline);
-    CGContextStrokePath(context);
+    using enum NSAppearanceColorName;
+    NSDrawRoundedRect(context, bounds(), NSMetrics::cardCornerRadius, cardColor, cardBorderColor);
 }

@@ -1,0 +1,81 @@
+#include "AppKit/NSRoundedRect.h"
+
+#include "AppKit/NSGraphicsContext.h"
+
+#include <cmath>
+
+namespace {
+
+struct Style {
+    CGFloat radius, hairline; // points; no hairline without a border
+    NSAppearanceColorName fill;
+    std::optional<NSAppearanceColorName> border;
+};
+
+void FillWith(CGContextRef context, NSAppearanceColorName color, std::initializer_list<NSRect> rects)
+{
+    CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
+    for (const NSRect rect : rects) CGContextFillRect(context, rect);
+}
+
+void DrawAsCurves(CGContextRef context, NSRect rect, const Style& style)
+{
+    const auto add = [&] {
+        const CGFloat inset = style.hairline / 2;
+        CGContextBeginPath(context);
+        CGContextAddRoundedRect(context, CGRectInset(rect, inset, inset), style.radius - inset);
+    };
+    add();
+    CGContextSetFillColorWithColor(context, NSAppearanceColor(style.fill));
+    CGContextFillPath(context);
+    if (!style.border) return;
+    add();
+    CGContextSetStrokeColorWithColor(context, NSAppearanceColor(*style.border));
+    CGContextSetLineWidth(context, style.hairline);
+    CGContextStrokePath(context);
+}
+
+bool StandsOnPixels(CGContextRef context, NSRect rect)
+{
+    const CGAffineTransform ctm = CGContextGetCTM(context);
+    const auto isWhole = [](CGFloat value) { return std::abs(value - std::round(value)) < 1.0 / 512; };
+    return ctm.b == 0 && ctm.c == 0 && isWhole(rect.origin.x * ctm.a + ctm.tx) &&
+           isWhole(CGRectGetMaxX(rect) * ctm.a + ctm.tx) && isWhole(rect.origin.y * ctm.d + ctm.ty) &&
+           isWhole(CGRectGetMaxY(rect) * ctm.d + ctm.ty);
+}
+
+/// A corner of a small rectangle looks like that of a large one.
+void DrawCorner(CGContextRef context, NSRect rect, NSRect corner, const Style& style)
+{
+    const CGFloat size = 3 * corner.size.width;
+    const bool isLeft = corner.origin.x == rect.origin.x, isTop = corner.origin.y == rect.origin.y;
+    const NSRect small = CGRectMake(isLeft ? rect.origin.x : CGRectGetMaxX(rect) - size,
+                                    isTop ? rect.origin.y : CGRectGetMaxY(rect) - size, size, size);
+    const ScopedGState state(context);
+    CGContextClipToRect(context, corner);
+    DrawAsCurves(context, small, style);
+}
+
+} // namespace
+
+void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName fill,
+                       std::optional<NSAppearanceColorName> border)
+{
+    const CGFloat scale = NSGraphicsContext::currentScale();
+    const Style style = {radius, border ? 1 / scale : 0, fill, border};
+    const CGFloat c = std::ceil(radius * scale) / scale; // a corner's side, whole pixels
+    const CGFloat x = rect.origin.x, y = rect.origin.y, width = rect.size.width, height = rect.size.height;
+    if (!StandsOnPixels(context, rect) || width < 3 * c || height < 3 * c) return DrawAsCurves(context, rect, style);
+
+    const CGFloat right = CGRectGetMaxX(rect), bottom = CGRectGetMaxY(rect), h = style.hairline;
+    FillWith(context, fill,
+             {CGRectMake(x, y + c, width, height - 2 * c), CGRectMake(x + c, y, width - 2 * c, c),
+              CGRectMake(x + c, bottom - c, width - 2 * c, c)});
+    if (border)
+        FillWith(context, *border,
+                 {CGRectMake(x, y + c, h, height - 2 * c), CGRectMake(right - h, y + c, h, height - 2 * c),
+                  CGRectMake(x + c, y, width - 2 * c, h), CGRectMake(x + c, bottom - h, width - 2 * c, h)});
+    for (const CGFloat cornerX : {x, right - c})
+        for (const CGFloat cornerY : {y, bottom - c})
+            DrawCorner(context, rect, CGRectMake(cornerX, cornerY, c, c), style);
+}
