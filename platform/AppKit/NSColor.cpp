@@ -58,14 +58,11 @@ RetainPtr<const CGColor> NSColor::CGColorForScale(CGFloat scale) const
 
 bool NSColor::isOpaqueForScale(CGFloat scale) const
 {
-    const RetainPtr<const CGColor> color = CGColorForScale(scale);
     const NSImage::Representation picture =
         mPattern ? mPattern->representationForScale(scale) : NSImage::Representation{};
-    if (!picture.image) return color && CGColorGetComponents(color)[3] >= 1;
-    const auto pixels = CGImageGetPixels(picture.image);
-    for (std::size_t i = 3; i < pixels.size(); i += 4)
-        if (pixels[i] != 0xFF) return false;
-    return !pixels.empty();
+    if (picture.image) return picture.isOpaque;
+    const RetainPtr<const CGColor> color = CGColorForScale(scale);
+    return color && CGColorGetComponents(color)[3] >= 1;
 }
 
 void NSColor::set() const

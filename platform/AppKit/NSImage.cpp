@@ -17,6 +17,14 @@ struct Variant {
 constexpr Variant kVariants[] = {{"-dark@2x", 2, true}, {"-dark", 1, true}, {"@2x", 2, false}, {"", 1, false}};
 constexpr std::size_t kPlain = std::size(kVariants) - 1;
 
+bool IsOpaque(CGImageRef image)
+{
+    const auto pixels = CGImageGetPixels(image);
+    for (std::size_t i = 3; i < pixels.size(); i += 4)
+        if (pixels[i] != 0xFF) return false;
+    return !pixels.empty();
+}
+
 } // namespace
 
 NS_CLASS_TABLE(NSImage, NSObject, "")
@@ -28,19 +36,20 @@ bool NSImage::initByReferencingFile(const NSString* path)
     return init();
 }
 
-const RetainPtr<const CGImage>& NSImage::read(std::size_t variant)
+const NSImage::Lazy& NSImage::read(std::size_t variant)
 {
     Lazy& lazy = mVariants[variant];
-    if (std::exchange(lazy.tried, true)) return lazy.image;
+    if (std::exchange(lazy.tried, true)) return lazy;
     const std::filesystem::path plain(mPath);
     const bool isOptional = variant != kPlain;
     const std::string name = plain.stem().string() + kVariants[variant].suffix + plain.extension().string();
     const std::string path = isOptional ? (plain.parent_path() / name).string() : mPath;
     std::error_code ignored;
-    if (isOptional && !std::filesystem::exists(path, ignored)) return lazy.image;
+    if (isOptional && !std::filesystem::exists(path, ignored)) return lazy;
     lazy.image = CGImageCreateWithPNGFile(path);
     if (!lazy.image) NSLog("can't read the image “%s”", path.c_str());
-    return lazy.image;
+    lazy.isOpaque = lazy.image && IsOpaque(lazy.image);
+    return lazy;
 }
 
 NSImage::Representation NSImage::representationForScale(CGFloat scale)
@@ -50,14 +59,15 @@ NSImage::Representation NSImage::representationForScale(CGFloat scale)
         const Variant& variant = kVariants[i];
         if (variant.scale > 1 && scale < kDoubleFrom) continue;
         if (variant.isDark && NSAppearance::current() != NSAppearanceName::dark) continue;
-        if (const auto& image = read(i)) return {image, variant.scale};
+        if (const Lazy& found = read(i); found.image) return {found.image, variant.scale, found.isOpaque};
     }
-    return {read(kPlain), 1};
+    const Lazy& plain = read(kPlain);
+    return {plain.image, 1, plain.isOpaque};
 }
 
 NSSize NSImage::size()
 {
-    const CGImageRef image = read(kPlain);
+    const CGImageRef image = read(kPlain).image;
     if (!image) return {};
     return {static_cast<CGFloat>(CGImageGetWidth(image)), static_cast<CGFloat>(CGImageGetHeight(image))};
 }

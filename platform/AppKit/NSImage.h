@@ -26,6 +26,7 @@ public:
     struct Representation {
         RetainPtr<const CGImage> image; ///< null when there is none
         CGFloat scale = 1;              ///< pixels a point
+        bool isOpaque = false;          ///< nothing shows through any of its pixels
     };
     Representation representationForScale(CGFloat scale); ///< in the current appearance
 
@@ -33,8 +34,9 @@ private:
     struct Lazy {
         bool tried = false;
         RetainPtr<const CGImage> image;
+        bool isOpaque = false;
     };
-    const RetainPtr<const CGImage>& read(std::size_t variant);
+    const Lazy& read(std::size_t variant);
 
     std::string mPath;
     std::array<Lazy, 4> mVariants; // the plain one last

@@ -1,5 +1,6 @@
 #include "AppKit/NSRoundedRect.h"
 
+#include "AppKit/NSControlDrawing.h"
 #include "AppKit/NSGraphicsContext.h"
 
 #include <cmath>
@@ -20,16 +21,12 @@ void FillWith(CGContextRef context, NSAppearanceColorName color, std::initialize
 
 void DrawAsCurves(CGContextRef context, NSRect rect, const Style& style)
 {
-    const auto add = [&] {
-        const CGFloat inset = style.hairline / 2;
-        CGContextBeginPath(context);
-        CGContextAddRoundedRect(context, CGRectInset(rect, inset, inset), style.radius - inset);
-    };
-    add();
-    CGContextSetFillColorWithColor(context, NSAppearanceColor(style.fill));
-    CGContextFillPath(context);
+    const CGFloat inset = style.hairline / 2, radius = style.radius - inset;
+    const NSRect middle = CGRectInset(rect, inset, inset); // of the border's line
+    NSFillRounded(context, middle, radius, style.fill);
     if (!style.border) return;
-    add();
+    CGContextBeginPath(context);
+    CGContextAddRoundedRect(context, middle, radius);
     CGContextSetStrokeColorWithColor(context, NSAppearanceColor(*style.border));
     CGContextSetLineWidth(context, style.hairline);
     CGContextStrokePath(context);
