@@ -6,7 +6,6 @@
 
 #include "AppKit/NSTextBubble.h"
 #include "CoreFoundation/CFRunLoop.h"
-#include "Foundation/WeakPtr.h"
 #include "TonaroHistory.h"
 
 class TonaroEditing {

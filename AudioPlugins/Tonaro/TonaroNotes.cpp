@@ -8,7 +8,6 @@ namespace {
 constexpr double kConcertPitch = 440.0; // Hz, of A4
 constexpr int kSemitonesOfA4 = 57;      // above C0
 constexpr int kCentsInOctave = 1200;
-constexpr double kMostCents = 1e6;
 
 constexpr int kSemitonesFromC[] = {9, 11, 0, 2, 4, 5, 7}; // of A to G
 constexpr const char* kNames[] = {"C", "C♯", "D", "D♯", "E", "F", "F♯", "G", "G♯", "A", "A♯", "B"};
@@ -50,7 +49,7 @@ std::optional<int> takeCents(std::u16string_view& text)
     if (!take(text, u"+-\u2212")) return std::nullopt;
     skipBlanks(text);
     const auto cents = takeDigits(text);
-    if (!cents || *cents > kMostCents) return std::nullopt;
+    if (!cents) return std::nullopt;
     skipBlanks(text);
     for (const std::u16string_view unit : {u"cents", u"cent", u"ct", u"c", u""})
         if (text == unit) return isNegative ? -*cents : *cents;
