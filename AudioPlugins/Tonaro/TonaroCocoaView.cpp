@@ -8,10 +8,10 @@
 #include "Foundation/NSNumberFormatter.h"
 #include "PosFmt.h"
 #include "TonaroUnitFollower.h"
+#include "TonaroUnitListener.h"
 
 namespace {
 
-constexpr float kListenerSeconds = 0.05F; ///< notification interval and granularity
 constexpr const char* kBackgroundImage = "PluginPattern";
 constexpr double kLowestGainDecibels = -120.0;
 
@@ -112,7 +112,7 @@ void TonaroCocoaView::setAU(AudioUnit unit)
 void TonaroCocoaView::_addListeners()
 {
     report(AUEventListenerCreate(EventListenerDispatcher, this, CFRunLoopGetCurrent(), kCFRunLoopCommonModes,
-                                 kListenerSeconds, kListenerSeconds, &mEventListener),
+                                 kTonaroListenerSeconds, kTonaroListenerSeconds, &mEventListener),
            __func__, kCreateFailed);
 
     std::array<AudioUnitParameterID, kParamCount> parameterIDs{};

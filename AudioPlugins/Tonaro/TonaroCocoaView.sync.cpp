@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr double kDefaultSampleRate = 44100.0;
 constexpr double kLowestHz = 0.01;
 constexpr std::uint32_t kNoTimeFormat = UINT32_MAX; ///< leaves the field in the format it has
 constexpr float kSilentGain = -120.0F;              ///< dB, stands for minus infinity
@@ -69,7 +68,7 @@ void TonaroCocoaView::readSampleRate()
 {
     std::uint32_t size = sizeof mSampleRate;
     AudioUnitGetProperty(mAU, kAudioUnitProperty_SampleRate, kAudioUnitScope_Global, 0, &mSampleRate, &size);
-    if (mSampleRate == 0.0) mSampleRate = kDefaultSampleRate;
+    if (mSampleRate == 0.0) mSampleRate = kTonaroDefaultSampleRate;
     mLengthText.call(&ZeTimeTextField::setFrameAndSampleRate, mSampleRate);
     updateFreqSlidersRange();
 }

@@ -1,14 +1,13 @@
 #include "TonaroSettingText.h"
 
+#include "TonaroLetterCase.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 
 namespace {
 
-constexpr std::string_view kNames[kParamCount] = {
-    "waveform", "start-frequency", "use-end", "end-frequency", "log-sweep", "gain", "length"};
-constexpr std::string_view kWaveforms[] = {"Sine", "Triangle", "Square", "Sawtooth"};
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kDividers = "\n\r,;";
 constexpr std::string_view kOption = "--set";
@@ -21,20 +20,14 @@ std::string_view trimmed(std::string_view text)
     return text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
 }
 
-bool equalIgnoringCase(std::string_view a, std::string_view b)
-{
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
-}
-
 /// @return false where the text is no finite number, and no name of a waveform where one may stand
 bool readValue(std::size_t parameter, std::string_view text, float& value)
 {
     if (parameter == kParamWaveform) {
-        const auto named = std::find_if(std::begin(kWaveforms), std::end(kWaveforms),
+        const auto named = std::find_if(kTonaroWaveformNames.begin(), kTonaroWaveformNames.end(),
                                         [text](std::string_view name) { return equalIgnoringCase(name, text); });
-        if (named != std::end(kWaveforms)) {
-            value = static_cast<float>(named - std::begin(kWaveforms));
+        if (named != kTonaroWaveformNames.end()) {
+            value = static_cast<float>(named - kTonaroWaveformNames.begin());
             return true;
         }
     }
@@ -48,9 +41,9 @@ bool readEntry(std::string_view entry, TonaroSetting& setting)
     const std::size_t equals = entry.find('=');
     if (equals == entry.npos) return false;
     const std::string_view name = trimmed(entry.substr(0, equals));
-    const auto found = std::find(std::begin(kNames), std::end(kNames), name);
-    if (found == std::end(kNames)) return false;
-    const auto parameter = static_cast<std::uint32_t>(found - std::begin(kNames));
+    const auto found = std::find(kTonaroParameterNames.begin(), kTonaroParameterNames.end(), name);
+    if (found == kTonaroParameterNames.end()) return false;
+    const auto parameter = static_cast<std::uint32_t>(found - kTonaroParameterNames.begin());
     float value = 0;
     if (!readValue(parameter, trimmed(entry.substr(equals + 1)), value)) return false;
     std::erase_if(setting, [parameter](const auto& earlier) { return earlier.first == parameter; });
@@ -67,22 +60,22 @@ std::string quoteOf(std::string_view entry)
     return std::string(entry.substr(0, end)) + "…";
 }
 
+} // namespace
+
 std::string shortestText(float value)
 {
     char text[64];
     return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-} // namespace
-
 std::string TonaroSettingText(const std::array<float, kParamCount>& values)
 {
     std::string text;
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const bool isNamed = i == kParamWaveform && values[i] >= 0 && values[i] < std::size(kWaveforms);
+        const bool isNamed = i == kParamWaveform && values[i] >= 0 && values[i] < kTonaroWaveformNames.size();
         const std::string value =
-            isNamed ? std::string(kWaveforms[static_cast<std::size_t>(values[i])]) : shortestText(values[i]);
-        text += std::string(kNames[i]) + "=" + value + "\n";
+            isNamed ? std::string(kTonaroWaveformNames[static_cast<std::size_t>(values[i])]) : shortestText(values[i]);
+        text += std::string(kTonaroParameterNames[i]) + "=" + value + "\n";
     }
     return text;
 }

@@ -16,6 +16,9 @@
 #include <utility>
 #include <vector>
 
+/// The shortest text that reads back as the same float.
+std::string shortestText(float value);
+
 using TonaroSetting = std::vector<std::pair<std::uint32_t, float>>; ///< parameters and their values
 
 std::string TonaroSettingText(const std::array<float, kParamCount>& values);

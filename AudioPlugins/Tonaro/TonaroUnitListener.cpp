@@ -2,18 +2,11 @@
 
 #include "CoreFoundation/CFRunLoop.h"
 
-namespace {
-
-constexpr float kSeconds = 0.05F; ///< notification interval and granularity, as in the editor
-constexpr double kDefaultSampleRate = 44100.0;
-
-} // namespace
-
 TonaroUnitListener::TonaroUnitListener(AudioUnit unit, NSObject* object, Gestures gestures, Callback callback)
     : mUnit(unit), mObject(object), mCallback(std::move(callback))
 {
-    if (!unit || AUEventListenerCreate(dispatch, this, CFRunLoopGetCurrent(), kCFRunLoopCommonModes, kSeconds, kSeconds,
-                                       &mListener) != noErr)
+    if (!unit || AUEventListenerCreate(dispatch, this, CFRunLoopGetCurrent(), kCFRunLoopCommonModes,
+                                       kTonaroListenerSeconds, kTonaroListenerSeconds, &mListener) != noErr)
         return;
     for (AudioUnitParameterID id = 0; id < kParamCount; ++id) {
         AudioUnitEvent event{kAudioUnitEvent_ParameterValueChange, {.mParameter = addressOf(id)}};
@@ -75,5 +68,5 @@ double TonaroUnitListener::sampleRate() const
     double rate = 0;
     std::uint32_t size = sizeof rate;
     if (mUnit) AudioUnitGetProperty(mUnit, kAudioUnitProperty_SampleRate, kAudioUnitScope_Global, 0, &rate, &size);
-    return rate > 0 ? rate : kDefaultSampleRate;
+    return rate > 0 ? rate : kTonaroDefaultSampleRate;
 }

@@ -9,6 +9,9 @@
 
 #include <functional>
 
+/// Notification interval and granularity of every listener in the editor.
+inline constexpr float kTonaroListenerSeconds = 0.05F;
+
 class TonaroUnitListener {
 public:
     using Callback = std::function<void(const AudioUnitEvent& event, float value)>;

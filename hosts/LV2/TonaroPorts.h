@@ -22,7 +22,6 @@ enum TonaroPort : std::uint32_t {
     kPortCount,
 };
 
-inline constexpr std::uint32_t kTonaroTimeFormats = 21;  ///< 0 to 20
 inline constexpr std::uint32_t kTonaroDefaultFormat = 1; ///< time
 /// Top of the frequency ports, in Hz: what fits into a sample rate of 192000. The generator itself stops at half the
 /// sample rate.

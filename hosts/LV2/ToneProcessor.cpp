@@ -60,22 +60,14 @@ void ToneProcessor::run(std::uint32_t frames)
 
 ToneSettings ToneProcessor::settings() const
 {
-    const auto value = [this](TonaroParameterID id) {
-        const ToneParameterFacts& facts = kToneParameters[id];
-        const float asked = mControls[id] ? *mControls[id] : facts.defaultValue;
-        return HeldValue(facts, std::isnan(asked) ? facts.defaultValue : asked, mSampleRate);
-    };
-    return {
-        .sampleRate = mSampleRate,
-        .waveform = static_cast<ToneWaveform>(static_cast<int>(value(kParamWaveform))),
-        .startHz = double{value(kParamStartFrequency)},
-        .sweeps = value(kParamUseEnd) > 0.0f,
-        .endHz = double{value(kParamEndFrequency)},
-        .isLogarithmic = value(kParamLogSweep) > 0.0f,
-        .gainDecibels = double{value(kParamGain)},
-        .lengthSeconds = double{value(kParamLength)},
-        .repeats = true,
-    };
+    std::array<float, kParamCount> held{};
+    for (const ToneParameterFacts& facts : kToneParameters) {
+        const float asked = mControls[facts.id] ? *mControls[facts.id] : facts.defaultValue;
+        held[facts.id] = HeldValue(facts, std::isnan(asked) ? facts.defaultValue : asked, mSampleRate);
+    }
+    ToneSettings settings = ToneSettingsOf(held, mSampleRate);
+    settings.repeats = true;
+    return settings;
 }
 
 // --- messages

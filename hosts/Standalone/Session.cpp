@@ -5,8 +5,6 @@
 #include "Standalone/Settings.h"
 #include "TonaroCocoaViewFactory.h"
 
-#include <charconv>
-
 namespace {
 
 constexpr CGFloat kLayerShift = 24; ///< points between windows that lie over each other
@@ -25,12 +23,6 @@ RetainPtr<NSView> stacked(NSView& upper, NSView& lower)
 }
 
 } // namespace
-
-std::string shortestText(float value)
-{
-    char text[32];
-    return {text, std::to_chars(text, text + sizeof text, value).ptr};
-}
 
 void UnitTrace::gestureBegan(AudioUnitParameterID parameter)
 {

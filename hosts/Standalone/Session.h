@@ -6,6 +6,7 @@
 #include "Standalone/Options.h"
 #include "Standalone/Transport.h"
 #include "TonaroCocoaView.h"
+#include "TonaroSettingText.h"
 #include "ToneUnit/ToneUnit.h"
 
 #include <cstdio>
@@ -21,9 +22,6 @@ public:
 private:
     std::FILE* mFile;
 };
-
-/// The shortest text that reads back as the same float.
-std::string shortestText(float value);
 
 class Session {
 public:

@@ -1,7 +1,7 @@
 #include "Standalone/Settings.h"
 
-#include "Standalone/LetterCase.h"
 #include "Standalone/Session.h"
+#include "TonaroLetterCase.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "Standalone/SoundFile.h"
 
-#include "Standalone/LetterCase.h"
+#include "TonaroLetterCase.h"
 #include "ToneUnit/ToneParameters.h"
 
 #include <array>

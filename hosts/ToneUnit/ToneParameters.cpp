@@ -12,16 +12,17 @@ constexpr auto kSwitch = kAudioUnitParameterUnit_Boolean;
 constexpr auto kHertz = kAudioUnitParameterUnit_Hertz;
 constexpr auto kDecibels = kAudioUnitParameterUnit_Decibels;
 constexpr auto kSeconds = kAudioUnitParameterUnit_Seconds;
+constexpr auto& kNames = kTonaroParameterNames;
 
 // clang-format off
 constexpr std::array<ToneParameterFacts, kParamCount> kTable{{
-    {kParamWaveform,       "waveform",        "Waveform",          kIndexed,  0.0f,                 3.0f,             0.0f},
-    {kParamStartFrequency, "start-frequency", "Start Frequency",   kHertz,    0.01f,                kToneUpToNyquist, 440.0f},
-    {kParamUseEnd,         "use-end",         "Use End Frequency", kSwitch,   0.0f,                 1.0f,             0.0f},
-    {kParamEndFrequency,   "end-frequency",   "End Frequency",     kHertz,    0.01f,                kToneUpToNyquist, 8000.0f},
-    {kParamLogSweep,       "log-sweep",       "Logarithmic Sweep", kSwitch,   0.0f,                 1.0f,             0.0f},
-    {kParamGain,           "gain",            "Gain",              kDecibels, kToneSilenceDecibels, 0.0f,             -12.0f},
-    {kParamLength,         "length",          "Length",            kSeconds,  kShortestSeconds,     kLongestSeconds,  2.5f},
+    {kParamWaveform,       kNames[kParamWaveform],       "Waveform",          kIndexed,  0.0f,                 3.0f,             0.0f},
+    {kParamStartFrequency, kNames[kParamStartFrequency], "Start Frequency",   kHertz,    0.01f,                kToneUpToNyquist, 440.0f},
+    {kParamUseEnd,         kNames[kParamUseEnd],         "Use End Frequency", kSwitch,   0.0f,                 1.0f,             0.0f},
+    {kParamEndFrequency,   kNames[kParamEndFrequency],   "End Frequency",     kHertz,    0.01f,                kToneUpToNyquist, 8000.0f},
+    {kParamLogSweep,       kNames[kParamLogSweep],       "Logarithmic Sweep", kSwitch,   0.0f,                 1.0f,             0.0f},
+    {kParamGain,           kNames[kParamGain],           "Gain",              kDecibels, kToneSilenceDecibels, 0.0f,             -12.0f},
+    {kParamLength,         kNames[kParamLength],         "Length",            kSeconds,  kShortestSeconds,     kLongestSeconds,  2.5f},
 }};
 // clang-format on
 
@@ -56,4 +57,18 @@ float HeldValue(const ToneParameterFacts& facts, float value, double sampleRate)
     if (facts.unit == kSwitch) return value > 0.0f ? 1.0f : 0.0f;
     const float held = std::clamp(value, facts.minValue, ToneMaximum(facts, sampleRate));
     return facts.unit == kIndexed ? static_cast<float>(static_cast<int>(held)) : held;
+}
+
+ToneSettings ToneSettingsOf(const std::array<float, kParamCount>& held, double sampleRate)
+{
+    return {
+        .sampleRate = sampleRate,
+        .waveform = static_cast<ToneWaveform>(static_cast<int>(held[kParamWaveform])),
+        .startHz = double{held[kParamStartFrequency]},
+        .sweeps = held[kParamUseEnd] > 0.0f,
+        .endHz = double{held[kParamEndFrequency]},
+        .isLogarithmic = held[kParamLogSweep] > 0.0f,
+        .gainDecibels = double{held[kParamGain]},
+        .lengthSeconds = double{held[kParamLength]},
+    };
 }

@@ -12,7 +12,7 @@
 #include <string_view>
 
 enum class ToneWaveform { Sine, Triangle, Square, Sawtooth };
-inline constexpr std::array<const char*, 4> kToneWaveformNames{"Sine", "Triangle", "Square", "Sawtooth"};
+inline constexpr auto kToneWaveformNames = kTonaroWaveformNames;
 
 struct ToneParameterFacts {
     TonaroParameterID id;   ///< the row's own index
@@ -26,7 +26,7 @@ struct ToneParameterFacts {
 
 inline constexpr float kToneUpToNyquist = -1.0f;
 inline constexpr float kToneSilenceDecibels = -120.0f;
-inline constexpr double kToneDefaultSampleRate = 44100.0; ///< Hz; also meant by a rate of 0
+inline constexpr double kToneDefaultSampleRate = kTonaroDefaultSampleRate; ///< Hz; also meant by a rate of 0
 inline constexpr double kToneHighestSampleRate = 768000.0;
 /// Whether a tone can be made at that rate; not-a-number is none.
 constexpr bool IsToneSampleRate(double hz) { return hz >= 1.0 && hz <= kToneHighestSampleRate; }
@@ -53,3 +53,6 @@ struct ToneSettings {
     double lengthSeconds = 2.5;  ///< silence follows
     bool repeats = false;        ///< starts over after the length instead, without a gap
 };
+
+/// @param held  the parameters' values, by their ids, as `HeldValue` makes them fit
+ToneSettings ToneSettingsOf(const std::array<float, kParamCount>& held, double sampleRate);

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr AudioUnitElement kOnlyElement = 0;
-constexpr std::uint32_t kLastTimeFormat = 20; // percent
 
 /// 0 stands for not known.
 bool IsSampleRate(double hz) { return hz == 0.0 || IsToneSampleRate(hz); }
@@ -71,17 +70,9 @@ ToneUnit::ToneUnit(double sampleRateHz) : mSampleRate(IsSampleRate(sampleRateHz)
 
 ToneSettings ToneUnit::settings() const
 {
-    const auto value = [this](TonaroParameterID id) { return double(mValues[id].load()); };
-    return {
-        .sampleRate = mSampleRate,
-        .waveform = static_cast<ToneWaveform>(static_cast<int>(value(kParamWaveform))),
-        .startHz = value(kParamStartFrequency),
-        .sweeps = value(kParamUseEnd) > 0.0,
-        .endHz = value(kParamEndFrequency),
-        .isLogarithmic = value(kParamLogSweep) > 0.0,
-        .gainDecibels = value(kParamGain),
-        .lengthSeconds = value(kParamLength),
-    };
+    std::array<float, kParamCount> held{};
+    for (std::size_t i = 0; i < held.size(); ++i) held[i] = mValues[i];
+    return ToneSettingsOf(held, mSampleRate);
 }
 
 OSStatus ToneUnit::GetProperty(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element,
@@ -147,7 +138,7 @@ OSStatus ToneUnit::setTimeFormat(const void* data, std::uint32_t dataSize)
 {
     std::uint32_t format = 0;
     if (const OSStatus status = Take(format, data, dataSize)) return status;
-    if (format > kLastTimeFormat) return kAudioUnitErr_InvalidPropertyValue;
+    if (format >= kTonaroTimeFormats) return kAudioUnitErr_InvalidPropertyValue;
     mTimeFormat = format;
     return noErr;
 }
