@@ -69,12 +69,13 @@ inline CGRect CGRectUnion(CGRect a, CGRect b)
     const CGFloat x1 = std::max(CGRectGetMaxX(a), CGRectGetMaxX(b)), y1 = std::max(CGRectGetMaxY(a), CGRectGetMaxY(b));
     return CGRectMake(x0, y0, x1 - x0, y1 - y0);
 }
-/// Inside, the left and top edges included, the right and bottom edges not.
+/// Whether all of `inner` lies in `outer`, edges included.
 inline bool CGRectContainsRect(CGRect outer, CGRect inner)
 {
     return CGRectGetMinX(inner) >= CGRectGetMinX(outer) && CGRectGetMinY(inner) >= CGRectGetMinY(outer) &&
            CGRectGetMaxX(inner) <= CGRectGetMaxX(outer) && CGRectGetMaxY(inner) <= CGRectGetMaxY(outer);
 }
+/// Inside, the left and top edges included, the right and bottom edges not.
 inline bool CGRectContainsPoint(CGRect r, CGPoint p)
 {
     return p.x >= r.origin.x && p.x < CGRectGetMaxX(r) && p.y >= r.origin.y && p.y < CGRectGetMaxY(r);
