@@ -5,6 +5,8 @@
 #include "TonaroCocoaViewFactory.h"
 #include "ToneUnit/ToneUnit.h"
 
+#include <algorithm>
+#include <cmath>
 #include <map>
 #include <stdexcept>
 
@@ -55,3 +57,14 @@ CGPoint placeInEditor(const std::string& control, double part)
 }
 
 CGFloat editorWidth() { return TheLayout().width; }
+
+double knobOnScreen(XClient& person, CGPoint origin, const std::string& slider)
+{
+    const CGPoint from = placeInEditor(slider, 0.0);
+    const CGFloat width = placeInEditor(slider, 1.0).x - from.x;
+    const auto row = person.pixels(CGRectMake(origin.x + from.x, std::floor(origin.y + from.y), width, 1));
+    const auto isTrack = [](std::uint32_t pixel) { return (pixel >> 16 & 0xFF) > 0xB8 && (pixel >> 16 & 0xFF) < 0xE8; };
+    const auto knobEnd = std::find_if_not(row.rbegin(), row.rend(), isTrack);
+    // the knob is 20 wide, and stops where it touches the ends
+    return (static_cast<double>(row.rend() - knobEnd) - 20.0) / (static_cast<double>(row.size()) - 20.0);
+}

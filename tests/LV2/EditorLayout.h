@@ -1,8 +1,8 @@
 #pragma once
 
-/// Where the editor's controls are: from an editor that nobody sees.
+/// Where the editor's controls are, from an editor that nobody sees, and what one on the screen shows there.
 
-#include "CoreGraphics/CGGeometry.h"
+#include "ui/XClient.h"
 
 #include <string>
 
@@ -12,3 +12,7 @@
 CGPoint placeInEditor(const std::string& control, double part);
 /// How wide the editor is, in points.
 CGFloat editorWidth();
+
+/// Where the knob of a slider is seen, 0 to 1: the grey part of the track begins at its right edge.
+/// @param origin  of the editor, on the screen
+double knobOnScreen(XClient& person, CGPoint origin, const std::string& slider);

@@ -2,7 +2,6 @@
 
 #include "LV2/EditorLayout.h"
 #include "LV2/JackProbe.h"
-#include "ui/XClient.h"
 #include "ui/Xvfb.h"
 
 #include <gmock/gmock.h>
@@ -104,22 +103,13 @@ protected:
         return {"sh", "-c", command + " >/dev/null 2>&1"};
     }
 
-    CGPoint at(const std::string& outlet, double part) const
+    CGPoint origin() { return person.frame(editor).origin; }
+    CGPoint at(const std::string& outlet, double part)
     {
-        const CGPoint point = placeInEditor(outlet, part), origin = const_cast<XClient&>(person).frame(editor).origin;
-        return {point.x + origin.x, point.y + origin.y};
+        const CGPoint point = placeInEditor(outlet, part), corner = origin();
+        return {point.x + corner.x, point.y + corner.y};
     }
-    double knobAt(const std::string& outlet)
-    {
-        const CGPoint from = at(outlet, 0.0), to = at(outlet, 1.0);
-        const auto row = person.pixels(CGRectMake(from.x, std::floor(from.y), to.x - from.x, 1));
-        const auto isTrack = [](std::uint32_t pixel) {
-            return (pixel >> 16 & 0xFF) > 0xB8 && (pixel >> 16 & 0xFF) < 0xE8;
-        };
-        const auto knobEnd = std::find_if_not(row.rbegin(), row.rend(), isTrack);
-        // the knob is 20 wide, and stops where it touches the ends
-        return (static_cast<double>(row.rend() - knobEnd) - 20.0) / (static_cast<double>(row.size()) - 20.0);
-    }
+    double knobAt(const std::string& outlet) { return knobOnScreen(person, origin(), outlet); }
 
     TemporaryFolder folder;
     const std::string jackName = "tonaro-" + std::to_string(getpid());

@@ -2,12 +2,10 @@
 
 #include "LV2/EditorLayout.h"
 #include "LV2/PlugInHost.h"
-#include "ui/XClient.h"
 #include "ui/Xvfb.h"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <optional>
@@ -39,18 +37,7 @@ protected:
         const CGPoint point = placeInEditor(outlet, part);
         return {point.x + kLeft, point.y + kTop};
     }
-    /// Where the knob of a slider is, 0 to 1: the grey part begins at its right edge.
-    double knobAt(const std::string& outlet)
-    {
-        const CGPoint from = at(outlet, 0.0), to = at(outlet, 1.0);
-        const auto row = person.pixels(CGRectMake(from.x, std::floor(from.y), to.x - from.x, 1));
-        const auto isTrack = [](std::uint32_t pixel) {
-            return (pixel >> 16 & 0xFF) > 0xB8 && (pixel >> 16 & 0xFF) < 0xE8;
-        };
-        const auto knobEnd = std::find_if_not(row.rbegin(), row.rend(), isTrack);
-        // the knob is 20 wide, and stops where it touches the ends
-        return (static_cast<double>(row.rend() - knobEnd) - 20.0) / (static_cast<double>(row.size()) - 20.0);
-    }
+    double knobAt(const std::string& outlet) { return knobOnScreen(person, {kLeft, kTop}, outlet); }
     void idleFor(HostedEditor& editor, double seconds)
     {
         person.waitUntil([&] { return editor.idle(), false; }, seconds);
