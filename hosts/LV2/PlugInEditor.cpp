@@ -7,6 +7,7 @@
 #include "TextField/ZeTimeTextField.h"
 #include "TonaroCocoaViewFactory.h"
 
+#include <array>
 #include <cstring>
 #include <stdexcept>
 
@@ -46,7 +47,7 @@ PlugInEditor::PlugInEditor(const EditorHost& host, const std::string& bundlePath
     if (mHost.map()) mapNames();
     openWindow();
     if (mHost.parent()) mWindow->orderFront();
-    askForTimeFormat();
+    sendMessage(mNames.patchGet);
 }
 
 PlugInEditor::~PlugInEditor()
@@ -132,52 +133,39 @@ void PlugInEditor::portEvent(std::uint32_t port, std::uint32_t size, LV2_URID pr
 void PlugInEditor::mapNames()
 {
     const auto id = [this](const char* uri) { return mHost.map()->map(mHost.map()->handle, uri); };
-    mNames = {id(LV2_ATOM__Int),  id(LV2_ATOM__URID),      id(LV2_ATOM__Object), id(LV2_PATCH__Get),
-              id(LV2_PATCH__Set), id(LV2_PATCH__property), id(LV2_PATCH__value), id(kTonaroTimeFormatURI)};
+    mNames = {id(LV2_PATCH__Get), id(LV2_PATCH__Set), id(LV2_PATCH__property), id(LV2_PATCH__value),
+              id(kTonaroTimeFormatURI)};
+    lv2_atom_forge_init(&mForge, mHost.map());
 }
 
-void PlugInEditor::askForTimeFormat()
+void PlugInEditor::sendMessage(LV2_URID kind, std::optional<std::uint32_t> format)
 {
     if (!mHost.map()) return;
-    struct {
-        LV2_Atom_Object object;
-        LV2_Atom_Property_Body property;
-        LV2_URID id, padding;
-    } const message{{{sizeof message - sizeof(LV2_Atom), mNames.atomObject}, {0, mNames.patchGet}},
-                    {mNames.patchProperty, 0, {sizeof(LV2_URID), mNames.atomURID}},
-                    mNames.timeFormat,
-                    0};
-    mHost.write(kPortControl, sizeof message, mHost.eventTransfer(), &message);
+    alignas(std::uint64_t) std::array<std::uint8_t, 128> message; // more than one takes
+    lv2_atom_forge_set_buffer(&mForge, message.data(), message.size());
+    LV2_Atom_Forge_Frame object;
+    lv2_atom_forge_object(&mForge, &object, 0, kind);
+    lv2_atom_forge_key(&mForge, mNames.patchProperty);
+    lv2_atom_forge_urid(&mForge, mNames.timeFormat);
+    if (format) {
+        lv2_atom_forge_key(&mForge, mNames.patchValue);
+        lv2_atom_forge_int(&mForge, static_cast<std::int32_t>(*format));
+    }
+    lv2_atom_forge_pop(&mForge, &object);
+    mHost.write(kPortControl, mForge.offset, mHost.eventTransfer(), message.data());
 }
 
-void PlugInEditor::writeTimeFormat(std::uint32_t format)
-{
-    if (!mHost.map()) return;
-    struct {
-        LV2_Atom_Object object;
-        LV2_Atom_Property_Body property;
-        LV2_URID id, padding;
-        LV2_Atom_Property_Body valueProperty;
-        std::uint32_t value, valuePadding;
-    } const message{{{sizeof message - sizeof(LV2_Atom), mNames.atomObject}, {0, mNames.patchSet}},
-                    {mNames.patchProperty, 0, {sizeof(LV2_URID), mNames.atomURID}},
-                    mNames.timeFormat,
-                    0,
-                    {mNames.patchValue, 0, {sizeof(std::int32_t), mNames.atomInt}},
-                    format,
-                    0};
-    mHost.write(kPortControl, sizeof message, mHost.eventTransfer(), &message);
-}
+void PlugInEditor::writeTimeFormat(std::uint32_t format) { sendMessage(mNames.patchSet, format); }
 
 void PlugInEditor::readMessage(std::uint32_t size, const void* data)
 {
     const auto* const object = static_cast<const LV2_Atom_Object*>(data);
     if (size < sizeof *object || object->atom.size > size - sizeof object->atom || !HoldsObject(object->atom)) return;
-    if (object->atom.type != mNames.atomObject || object->body.otype != mNames.patchSet) return;
+    if (object->atom.type != mForge.Object || object->body.otype != mNames.patchSet) return;
     const LV2_Atom* const property = PropertyOf(*object, mNames.patchProperty);
     const LV2_Atom* const value = PropertyOf(*object, mNames.patchValue);
-    if (!property || AtomContent<LV2_URID>(*property, mNames.atomURID) != mNames.timeFormat || !value) return;
-    const auto asked = AtomContent<std::int32_t>(*value, mNames.atomInt);
+    if (!property || AtomContent<LV2_URID>(*property, mForge.URID) != mNames.timeFormat || !value) return;
+    const auto asked = AtomContent<std::int32_t>(*value, mForge.Int);
     if (!asked) return;
     const auto format = static_cast<std::uint32_t>(*asked);
     mUnit.timeFormatChanged(format);

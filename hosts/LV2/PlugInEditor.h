@@ -9,6 +9,10 @@
 #include "LV2/EditorProcess.h"
 #include "LV2/PortUnit.h"
 
+#include <optional>
+
+#include <lv2/atom/forge.h>
+
 class ZeTimeTextField;
 
 class PlugInEditor final : private PortHost {
@@ -29,7 +33,7 @@ public:
 private:
     class FormatObserver;
     struct Names {
-        LV2_URID atomInt, atomURID, atomObject, patchGet, patchSet, patchProperty, patchValue, timeFormat;
+        LV2_URID patchGet, patchSet, patchProperty, patchValue, timeFormat;
     };
 
     void writePort(AudioUnitParameterID port, float value) override;
@@ -39,13 +43,15 @@ private:
     void openWindow();
     void closeWindow();
     void mapNames();
-    void askForTimeFormat();
+    /// About the time format: `format` to be set, or none where the message asks for it.
+    void sendMessage(LV2_URID kind, std::optional<std::uint32_t> format = {});
     void readMessage(std::uint32_t size, const void* data);
     void formatPicked();
 
     const EditorProcess mProcess;
     const EditorHost mHost;
     Names mNames{};
+    LV2_Atom_Forge mForge{};
     PortUnit mUnit;
     RetainPtr<NSWindow> mWindow; ///< null where it couldn't be opened anew
     RetainPtr<FormatObserver> mFormatObserver;

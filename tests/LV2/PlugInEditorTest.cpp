@@ -287,6 +287,8 @@ TEST_F(PlugInEditorTest, TheTimeFormatBelongsToTheState)
 {
     HostedTone tone(names);
     tone.restore({{names(kTonaroTimeFormatURI), 0}}); // samples
+    tone.run();
+    tone.takenMessages(); // nobody heard it: an editor that doesn't ask shows time, and picking that changes nothing
     HostedEditor::Options options = embedded();
     options.tone = &tone;
     HostedEditor editor(names, options);
