@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <ostream>
 #include <string>
 
 inline std::string hexOf(std::span<const std::uint8_t> pixels, std::size_t index)
@@ -39,12 +41,37 @@ template <std::size_t N> std::string drawingOf(CGContextRef context, const std::
     return drawing;
 }
 
+/// The coverage of all pixels together.
 inline double inkOf(CGContextRef context)
 {
     double ink = 0;
     const auto pixels = CGBitmapContextGetPixels(context);
     for (std::size_t i = 3; i < pixels.size(); i += 4) ink += pixels[i] / 255.0;
     return ink;
+}
+
+/// The pixels that have ink; right and bottom lie behind.
+struct InkBox {
+    std::size_t left = SIZE_MAX, top = SIZE_MAX, right = 0, bottom = 0;
+    friend bool operator==(const InkBox&, const InkBox&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const InkBox& b)
+    {
+        return out << b.left << "," << b.top << " to " << b.right << "," << b.bottom;
+    }
+};
+
+inline InkBox inkBoxOf(CGContextRef context)
+{
+    InkBox box;
+    const auto pixels = CGBitmapContextGetPixels(context);
+    const std::size_t width = CGBitmapContextGetWidth(context);
+    for (std::size_t i = 0; i < pixels.size() / 4; ++i) {
+        if (pixels[4 * i + 3] == 0) continue;
+        const std::size_t x = i % width, y = i / width;
+        box.left = std::min(box.left, x), box.right = std::max(box.right, x + 1);
+        box.top = std::min(box.top, y), box.bottom = std::max(box.bottom, y + 1);
+    }
+    return box;
 }
 
 inline void fill(CGContextRef context, CGRect rect, CGFloat r, CGFloat g, CGFloat b, CGFloat a)

@@ -1,5 +1,7 @@
 #include "CoreText/CTLine.h"
 
+#include "CoreGraphics/Pixels.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -38,27 +40,6 @@ RetainPtr<CGContext> drawn(std::u16string_view text, CGFloat size, CGFloat scale
     const auto line = lineOf(text, size);
     CTLineDraw(line, context, {x, y}, black);
     return context;
-}
-
-struct Ink {
-    double sum = 0;
-    std::size_t left = SIZE_MAX, top = SIZE_MAX, right = 0,
-                bottom = 0; // of the pixels with ink; right and bottom behind
-};
-
-Ink inkOf(CGContextRef context)
-{
-    Ink ink;
-    const auto pixels = CGBitmapContextGetPixels(context);
-    const std::size_t width = CGBitmapContextGetWidth(context);
-    for (std::size_t i = 0; i < pixels.size() / 4; ++i) {
-        if (pixels[4 * i + 3] == 0) continue;
-        const std::size_t x = i % width, y = i / width;
-        ink.sum += pixels[4 * i + 3] / 255.0;
-        ink.left = std::min(ink.left, x), ink.right = std::max(ink.right, x + 1);
-        ink.top = std::min(ink.top, y), ink.bottom = std::max(ink.bottom, y + 1);
-    }
-    return ink;
 }
 
 } // namespace
@@ -280,12 +261,12 @@ TEST(CTLine, TheTextMatrixTurnsLettersAndTheirBounds)
     static const struct {
         const char* why;
         CGAffineTransform matrix;
-        Ink box;        // hand-read from the outline: stem at 0.098 of the size, 0.729 high, foot to 0.553
+        InkBox box;     // hand-read from the outline: stem at 0.098 of the size, 0.729 high, foot to 0.553
         bool footFirst; // the row of the foot is at the top
     } kRows[] = {
-        {"upright", {1, 0, 0, -1, 0, 0}, {0, 23, 20, 42, 50}, false},
-        {"mirrored", {1, 0, 0, 1, 0, 0}, {0, 23, 50, 42, 80}, true},
-        {"half as high", {1, 0, 0, -0.5, 0, 0}, {0, 23, 35, 42, 50}, false},
+        {"upright", {1, 0, 0, -1, 0, 0}, {23, 20, 42, 50}, false},
+        {"mirrored", {1, 0, 0, 1, 0, 0}, {23, 50, 42, 80}, true},
+        {"half as high", {1, 0, 0, -0.5, 0, 0}, {23, 35, 42, 50}, false},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
@@ -293,7 +274,7 @@ TEST(CTLine, TheTextMatrixTurnsLettersAndTheirBounds)
         CGContextSetTextMatrix(context, row.matrix);
         CGContextSetTextPosition(context, 20, 50);
         CTLineDraw(line, context, black);
-        const Ink ink = inkOf(context);
+        const InkBox ink = inkBoxOf(context);
         const CGRect bounds = CTLineGetImageBounds(line, context);
         EXPECT_NEAR(double(ink.left), double(row.box.left), 1);
         EXPECT_NEAR(double(ink.right), double(row.box.right), 1);
@@ -331,12 +312,12 @@ TEST(CTLine, SurvivesAnyTextMatrix)
     CGContextClearRect(context, CGRectMake(0, 0, 32, 32));
     CGContextSetTextMatrix(context, {1, 0, 0, -1, 4, 20});
     CTLineDraw(line, context, black);
-    EXPECT_GT(inkOf(context).sum, 10);
+    EXPECT_GT(inkOf(context), 10);
 }
 
 TEST(CTLine, DrawsUprightOnTheBaseline)
 {
-    const Ink h = inkOf(drawn(u"H", 40, 1, 10, 50).get()); // capitals are 0.729 of the size high
+    const InkBox h = inkBoxOf(drawn(u"H", 40, 1, 10, 50).get()); // capitals are 0.729 of the size high
     EXPECT_EQ(h.bottom, 50u);
     EXPECT_NEAR(double(h.top), 50 - 0.729 * 40, 1);
     EXPECT_NEAR(double(h.left), 10 + 0.098 * 40, 1);
@@ -350,11 +331,12 @@ TEST(CTLine, DrawsUprightOnTheBaseline)
 
 TEST(CTLine, DrawsSharpAtEveryScale)
 {
-    const Ink once = inkOf(drawn(u"Hz", 20, 1, 5, 40).get()), twice = inkOf(drawn(u"Hz", 20, 2, 5, 40).get());
-    const Ink large = inkOf(drawn(u"Hz", 40, 1, 10, 50).get());
-    EXPECT_NEAR(twice.sum / once.sum, 4, 0.05);
-    EXPECT_NEAR(twice.sum, large.sum, 0.01 * large.sum);
-    EXPECT_NEAR(double(twice.right - twice.left), double(large.right - large.left), 1);
+    const auto once = drawn(u"Hz", 20, 1, 5, 40), twice = drawn(u"Hz", 20, 2, 5, 40);
+    const auto large = drawn(u"Hz", 40, 1, 10, 50);
+    EXPECT_NEAR(inkOf(twice) / inkOf(once), 4, 0.05);
+    EXPECT_NEAR(inkOf(twice), inkOf(large), 0.01 * inkOf(large));
+    const InkBox scaled = inkBoxOf(twice), set = inkBoxOf(large);
+    EXPECT_NEAR(double(scaled.right - scaled.left), double(set.right - set.left), 1);
 }
 
 TEST(CTLine, DrawsInColourUnderAlphaAndClip)
@@ -367,7 +349,7 @@ TEST(CTLine, DrawsInColourUnderAlphaAndClip)
     const auto pixels = CGBitmapContextGetPixels(context);
     const std::uint8_t* stem = &pixels[4 * (64 * 25 + 16)];
     EXPECT_THAT(std::vector<int>(stem, stem + 4), ElementsAre(0, 0, 128, 128));
-    EXPECT_EQ(inkOf(context).bottom, 35u);
+    EXPECT_EQ(inkBoxOf(context).bottom, 35u);
 }
 
 TEST(CTLine, TakesAnyLengthAndPlace)
@@ -395,7 +377,7 @@ TEST(CTLine, TakesAnyLengthAndPlace)
         }
     CGContextClearRect(context, CGRectMake(0, 0, 16, 16));
     CTLineDraw(line, context, {-600000, 12}, black); // the text goes on past the end of what can be seen
-    EXPECT_GT(inkOf(context).sum, 10);
+    EXPECT_GT(inkOf(context), 10);
 }
 
 TEST(CTLine, NothingHappensWithoutFontLineOrContext)
