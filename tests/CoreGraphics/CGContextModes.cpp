@@ -20,6 +20,15 @@ std::string rowWithDash(CGFloat phase, const std::vector<CGFloat>& lengths)
     return drawingOf(context, kInk);
 }
 
+/// The same colour from end to end.
+RetainPtr<CGGradient> plainGradient(CGFloat r, CGFloat g, CGFloat b)
+{
+    const auto color = CGColorCreateRGBA(r, g, b, 1);
+    const CGColorRef colors[] = {color, color};
+    const CGFloat locations[] = {0, 1};
+    return CGGradientCreate(colors, locations);
+}
+
 } // namespace
 
 TEST(CGContext, DashesLines)
@@ -71,10 +80,7 @@ TEST(CGContext, BlendModesCombineWithWhatIsThere)
 
 TEST(CGContext, CopyingLeavesAloneWhatIsNotDrawnOn)
 {
-    const auto red = CGColorCreateRGBA(1, 0, 0, 1);
-    const CGColorRef colors[] = {red, red};
-    const CGFloat locations[] = {0, 1};
-    const auto gradient = CGGradientCreate(colors, locations);
+    const auto gradient = plainGradient(1, 0, 0);
     const auto context = CGBitmapContextCreate(6, 2);
     fill(context, kAll, 0, 0, 0, 1);
     CGContextSetBlendMode(context, kCGBlendModeCopy);
@@ -157,10 +163,7 @@ TEST(CGContext, TextMatrixIsNoPartOfTheSavedState)
 // As for plain drawing: afterwards the context draws as if nothing had been.
 TEST(CGContext, ModesSurviveAnyNumbers)
 {
-    const auto white = CGColorCreateRGBA(1, 1, 1, 1);
-    const CGColorRef colors[] = {white, white};
-    const CGFloat locations[] = {0, 1};
-    const auto gradient = CGGradientCreate(colors, locations);
+    const auto gradient = plainGradient(1, 1, 1);
     const auto context = CGBitmapContextCreate(8, 8);
     static constexpr double kStrange[] = {kNaN, kInfinity, 1e308, -1e308, 1e-308, 3e9, -8e6, 1e-6, 0, -1};
     for (const CGBlendMode mode : {kCGBlendModeCopy, kCGBlendModeDifference})
