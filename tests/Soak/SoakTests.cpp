@@ -3,11 +3,9 @@
 
 #include "AppKit/NSApplication.h"
 #include "AppKit/NSMenu.h"
-#include "CoreFoundation/CFRunLoop.h"
 #include "Foundation/NSAssertionHandler.h"
-#include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSBundle.h"
 #include "Foundation/NSLog.h"
+#include "Support/BundleScene.h"
 #include "TonaroCocoaViewFactory.h"
 #include "ToneUnit/ToneUnit.h"
 
@@ -122,16 +120,12 @@ constexpr std::uint32_t kFlags[] = {0,
 constexpr double kRates[] = {0, 8000, 44100, 48000, 96000, 192000, 384000};
 constexpr double kScales[] = {1, 1.25, 1.5, 2, 3};
 
-class SoakTest : public testing::Test {
+class SoakTest : public testing::Test, protected BundleScene {
 protected:
     SoakTest()
     {
         NSAssertionHandler::setCurrentHandler(handler);
         NSLogSetSink([](std::string_view) {});
-        for (const char* path : {TONARO_BUNDLES "/org.tonaro.view.bundle", TONARO_BUNDLES "/org.tonaro.host.bundle"}) {
-            const auto bundle = NSBundle::bundleWithPath(path);
-            NSBundle::registerBundle(bundle);
-        }
         auto made = std::make_unique<MoodyDisplay>();
         display = made.get();
         NSApplication::sharedApplication()->setDisplay(std::move(made));
@@ -197,7 +191,7 @@ protected:
             at = below(3) == 0 ? anywhere() : NSPoint{at.x + 20 * part() - 10, at.y + 20 * part() - 10};
             mouse(left ? NSLeftMouseDragged : NSRightMouseDragged, at, any(kFlags), 0);
             if (below(4) == 0) anything();
-            if (below(3) == 0) run();
+            if (below(3) == 0) run(part() * 0.1);
         }
         if (below(12) > 0) mouse(left ? NSLeftMouseUp : NSRightMouseUp, at, flags, clicks); // else it gets lost
     }
@@ -252,7 +246,6 @@ protected:
             return open();
         }
     }
-    void run() { CFRunLoopRunInMode(kCFRunLoopDefaultMode, part() * 0.1, false); }
     void anything()
     {
         const NSAutoreleasePool inner;
@@ -283,7 +276,7 @@ protected:
             anything();
             break;
         }
-        if (below(3) == 0) run();
+        if (below(3) == 0) run(part() * 0.1);
         if (below(10) == 0) window->bitmap();
     }
 
@@ -299,8 +292,6 @@ protected:
         return value;
     }
 
-    const NSAutoreleasePool pool;
-    const CFManualClock clock;
     RetainPtr<QuietHandler> handler = make<QuietHandler>();
     std::mt19937_64 random{static_cast<std::uint64_t>(setting("TONARO_SOAK_SEED", 1))};
     GestureBook book;
@@ -324,7 +315,7 @@ TEST_F(SoakTest, EndsWithTheEditorShowingTheUnit)
     EXPECT_EQ(book.open(), 0) << "every begin has its end";
     const AudioUnitParameter length{&unit, kParamLength, kAudioUnitScope_Global, 0};
     AUParameterSet(nullptr, nullptr, &length, held(kParamLength), 0); // told at the rate of now
-    CFRunLoopRunInMode(kCFRunLoopDefaultMode, 1, false);
+    run(1);
     EXPECT_FALSE(AUEventListenersArePending());
 
     double rate = 0;

@@ -4,12 +4,10 @@
 
 #include "AppKit/NSGraphicsContext.h"
 #include "AppKit/NSWindow.h"
-#include "CoreFoundation/CFRunLoop.h"
 #include "Foundation/NSAssertionHandler.h"
-#include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSBundle.h"
 #include "Foundation/NSLog.h"
 #include "ScriptedUnit.h"
+#include "Support/BundleScene.h"
 #include "TonaroCocoaViewFactory.h"
 
 #include <gtest/gtest.h>
@@ -28,27 +26,12 @@ public:
     int lastLine = 0;
 };
 
-/// Sets the scene that every editor needs: pool, clock, display, bundle, a handler that returns.
-class EditorScene {
+/// The scene that every editor needs, with a handler that returns.
+class EditorScene : public BundleScene {
 public:
-    EditorScene()
-    {
-        NSAssertionHandler::setCurrentHandler(handler);
-        NSBundle::setPreferredLanguages({"en"});
-        for (const char* path : {TONARO_BUNDLES "/org.tonaro.view.bundle", TONARO_BUNDLES "/org.tonaro.host.bundle"}) {
-            const auto bundle = NSBundle::bundleWithPath(path);
-            NSBundle::registerBundle(bundle);
-        }
-    }
+    EditorScene() { NSAssertionHandler::setCurrentHandler(handler); }
     ~EditorScene() { NSAssertionHandler::setCurrentHandler(nullptr); }
-    EditorScene(const EditorScene&) = delete;
-    EditorScene& operator=(const EditorScene&) = delete;
 
-    /// Lets events be delivered for that long.
-    static void run(double seconds = 0.2) { CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false); }
-
-    const NSAutoreleasePool pool;
-    const CFManualClock clock;
     RetainPtr<CollectingHandler> handler = make<CollectingHandler>();
 };
 
