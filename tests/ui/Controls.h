@@ -1,6 +1,6 @@
 #pragma once
 
-/// Where the editor's controls are and what they hold, as `tonaro --controls` tells.
+/// Where the editor's controls are, as `tonaro --controls` tells.
 
 #include "CoreGraphics/CGGeometry.h"
 
@@ -8,15 +8,10 @@
 #include <vector>
 
 struct Control {
-    std::string outlet, className, text, action;
+    std::string outlet;
     CGRect frame; ///< points from the window's top left
-    double value = 0;
     bool enabled = false;
     std::vector<std::string> items;
-
-    CGPoint center() const { return {CGRectGetMidX(frame), CGRectGetMidY(frame)}; }
-    /// On the middle line, at that part of the width.
-    CGPoint at(double part) const { return {frame.origin.x + part * frame.size.width, CGRectGetMidY(frame)}; }
 };
 
 class Controls {

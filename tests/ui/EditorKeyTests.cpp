@@ -29,8 +29,6 @@ TEST_F(EditorKeys, TypedFrequencies)
         double held;
     } kRows[] = {
         {"rounded up to a thousandth", "1000.0004", "set 1 1000.001", 1000.001},
-        {"as typed", "1000", "set 1 1000", 1000},
-        {"below the range", "0", "set 1 0", 0.01},
         {"above the range", "30000", "set 1 30000", 22050},
         {"inside again", "440", "set 1 440", 440},
     };
@@ -60,17 +58,8 @@ TEST_F(EditorKeys, StepTheSliderThatTabReached)
     } kRows[] = {
         {"Page Up: 100 from 100 Hz on", {}, kPageUp, 540},
         {"Up: a tenth of it", {}, kUp, 550},
-        {"Right", {}, kRight, 560},
-        {"Down", {}, kDown, 550},
-        {"Left", {}, kLeft, 540},
-        {"Page Down", {}, kPageDown, 440},
         {"Control and Up: the maximum", kControlOnly, kUp, 22050},
         {"Page Down: 1000 from 1000 Hz on", {}, kPageDown, 21050},
-        {"Control and Down: the minimum", kControlOnly, kDown, 0.01},
-        {"Up: 1 below 100 Hz", {}, kUp, 1.01},
-        {"Control and Right", kControlOnly, kRight, 22050},
-        {"Control and Left", kControlOnly, kLeft, 0.01},
-        {"Home: the maximum", {}, kHome, 22050},
         {"End: the minimum", {}, kEnd, 0.01},
     };
     for (const auto& row : kRows) {
@@ -125,8 +114,6 @@ TEST_F(EditorKeys, TabWalksTheControlsAndSkipsDisabledOnes)
 TEST_F(EditorKeys, EscapeRestoresTheField)
 {
     start();
-    person.click(at("mStartFrequencyText"));
-    person.key('a', kControlOnly);
     typeInto("mStartFrequencyText", "999");
     person.key(kEscape);
     person.key(kReturn);

@@ -90,8 +90,8 @@ Trace EditorTest::traceUntil(const std::string& start)
 
 CGPoint EditorTest::at(const std::string& outlet, double part) const
 {
-    const CGPoint point = controls[outlet].at(part);
-    return {point.x + 10, point.y + 10};
+    const CGRect frame = controls[outlet].frame;
+    return {10 + frame.origin.x + part * frame.size.width, 10 + CGRectGetMidY(frame)};
 }
 
 void EditorTest::drag(const std::string& outlet, double from, double to)

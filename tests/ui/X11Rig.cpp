@@ -3,6 +3,8 @@
 #include "CoreFoundation/CFRunLoop.h"
 #include "X11/X11Display.h"
 
+#include <map>
+
 namespace {
 
 std::string Number(double value) { return std::to_string(static_cast<int>(std::round(value))); }
@@ -38,33 +40,21 @@ std::string KeyText(const NSEvent& event)
 
 std::string TextOf(const NSEvent& event)
 {
-    const std::string point = PointText(event.locationInWindow()), flags = FlagsText(event.modifierFlags());
-    switch (event.type()) {
-    case NSLeftMouseDown:
-        return "down " + point + " x" + std::to_string(event.clickCount()) + flags;
-    case NSLeftMouseUp:
-        return "up " + point + " x" + std::to_string(event.clickCount()) + flags;
-    case NSRightMouseDown:
-        return "right down " + point + flags;
-    case NSRightMouseUp:
-        return "right up " + point + flags;
-    case NSLeftMouseDragged:
-        return "drag " + point + flags;
-    case NSRightMouseDragged:
-        return "right drag " + point + flags;
-    case NSScrollWheel:
-        return "wheel " + PointText({event.scrollingDeltaX(), event.scrollingDeltaY()}) + flags;
-    case NSKeyDown:
-        return "key " + KeyText(event);
-    case NSKeyUp:
-        return "key up " + KeyText(event);
-    case NSMouseExited:
-        return "exit";
-    case NSMouseEntered:
-    case NSMouseMoved:
-        return "move " + point;
-    }
-    return "?";
+    static const std::map<NSEventType, std::string> kNames = {
+        {NSLeftMouseDown, "down "},    {NSLeftMouseUp, "up "},
+        {NSLeftMouseDragged, "drag "}, {NSRightMouseDown, "right down "},
+        {NSRightMouseUp, "right up "}, {NSRightMouseDragged, "right drag "},
+        {NSMouseEntered, "move "},     {NSMouseMoved, "move "},
+        {NSScrollWheel, "wheel "},     {NSKeyDown, "key "},
+        {NSKeyUp, "key up "}};
+    if (event.type() == NSMouseExited) return "exit";
+    std::string text = kNames.at(event.type());
+    if (event.type() == NSKeyDown || event.type() == NSKeyUp) return text + KeyText(event);
+    const bool isWheel = event.type() == NSScrollWheel;
+    text += PointText(isWheel ? NSPoint{event.scrollingDeltaX(), event.scrollingDeltaY()} : event.locationInWindow());
+    if (event.type() == NSLeftMouseDown || event.type() == NSLeftMouseUp)
+        text += " x" + std::to_string(event.clickCount());
+    return text + FlagsText(event.modifierFlags());
 }
 
 } // namespace

@@ -148,13 +148,19 @@ TEST(X11Theme, IsDarkByTheWordsOfItsName)
 /// A settings manager: owns the selection, publishes lists, and announces itself.
 class Manager {
 public:
-    explicit Manager(XClient& client) : mClient(client)
+    Manager(XClient& client, const Bytes& bytes) : mClient(client)
     {
         mWindow = xcb_generate_id(client.get());
         xcb_create_window(client.get(), 0, mWindow, client.screen().root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                           XCB_COPY_FROM_PARENT, 0, nullptr);
+        publish(bytes);
+        announce();
     }
-    ~Manager() { leave(); }
+    ~Manager()
+    {
+        xcb_destroy_window(mClient.get(), mWindow);
+        mClient.synchronize();
+    }
     Manager(const Manager&) = delete;
     Manager& operator=(const Manager&) = delete;
 
@@ -164,6 +170,8 @@ public:
                             mClient.atom(type), 8, static_cast<std::uint32_t>(bytes.size()), bytes.data());
         mClient.synchronize();
     }
+
+private:
     void announce()
     {
         xcb_set_selection_owner(mClient.get(), mWindow, mClient.atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
@@ -178,13 +186,7 @@ public:
                        reinterpret_cast<const char*>(&message));
         mClient.synchronize();
     }
-    void leave()
-    {
-        xcb_destroy_window(mClient.get(), mWindow);
-        mClient.synchronize();
-    }
 
-private:
     XClient& mClient;
     xcb_window_t mWindow;
 };
@@ -196,15 +198,10 @@ protected:
         unsetenv("GTK_THEME");
         connectAgain();
     }
-    void watch()
-    {
-        changes = 0;
-        display->setAppearanceHandler([this] { ++changes; });
-    }
     void connectAgain()
     {
         display = NSMakeX11Display(server.display().c_str(), nullptr);
-        watch();
+        display->setAppearanceHandler([this] { ++changes; });
     }
     bool becomes(NSAppearanceName name)
     {
@@ -217,9 +214,7 @@ protected:
 TEST_F(X11Settings, AreFollowedAsManagersComeAndGo)
 {
     EXPECT_EQ(display->appearance(), kLight) << "nobody says anything";
-    std::optional<Manager> manager(person);
-    manager->publish(Themed("Adwaita-dark").bytes());
-    manager->announce();
+    auto manager = std::make_optional<Manager>(person, Themed("Adwaita-dark").bytes());
     EXPECT_TRUE(becomes(kDark)) << "a manager came";
     manager->publish(Themed("Adwaita").bytes());
     EXPECT_TRUE(becomes(kLight)) << "it changed the theme";
@@ -227,31 +222,19 @@ TEST_F(X11Settings, AreFollowedAsManagersComeAndGo)
     EXPECT_TRUE(becomes(kDark)) << "it prefers the dark";
     EXPECT_EQ(changes, 3);
 
-    Manager second(person);
-    second.publish(Themed("Yaru").bytes());
-    second.announce();
+    auto second = std::make_optional<Manager>(person, Themed("Yaru").bytes());
     EXPECT_TRUE(becomes(kLight)) << "another took its place";
     manager.reset();
-    second.publish(Themed("Yaru-dark").bytes());
+    second->publish(Themed("Yaru-dark").bytes());
     EXPECT_TRUE(becomes(kDark));
-    second.leave();
+    second.reset();
     EXPECT_TRUE(becomes(kLight)) << "nobody is left";
-}
-
-TEST_F(X11Settings, AreThereFromTheStart)
-{
-    Manager manager(person);
-    manager.publish(Themed("Adwaita-dark").bytes());
-    manager.announce();
-    connectAgain();
-    EXPECT_EQ(display->appearance(), kDark);
 }
 
 TEST_F(X11Settings, CountAsLightWhereTheyCannotBeRead)
 {
-    Manager manager(person);
-    manager.announce();
     const Bytes dark = Themed("Adwaita-dark").bytes();
+    Manager manager(person, {});
     for (const Bytes& damaged : {Bytes{}, Bytes{1}, Bytes(dark.begin(), dark.end() - 1)}) {
         manager.publish(dark);
         ASSERT_TRUE(becomes(kDark));
@@ -266,9 +249,7 @@ TEST_F(X11Settings, CountAsLightWhereTheyCannotBeRead)
 
 TEST_F(X11Settings, GiveWayToTheEnvironment)
 {
-    Manager manager(person);
-    manager.publish(Themed("Adwaita-dark").bytes());
-    manager.announce();
+    Manager manager(person, Themed("Adwaita-dark").bytes());
     const struct {
         const char* setting;
         NSAppearanceName appearance;
@@ -283,10 +264,8 @@ TEST_F(X11Settings, GiveWayToTheEnvironment)
 
 TEST_F(X11Settings, TheHandlerMayEndTheDisplay)
 {
-    Manager manager(person);
-    manager.publish(Themed("Adwaita-dark").bytes());
     display->setAppearanceHandler([this] { display.reset(); });
-    manager.announce();
+    const Manager manager(person, Themed("Adwaita-dark").bytes());
     EXPECT_TRUE(runUntil([&] { return display == nullptr; }));
 }
 
@@ -306,21 +285,12 @@ TEST_F(EditorAppearance, ChangesWithTheDesktop)
 {
     start();
     EXPECT_TRUE(becomes(kLightField));
-    Manager manager(person);
-    manager.publish(Themed("Adwaita-dark").bytes());
-    manager.announce();
+    Manager manager(person, Themed("Adwaita-dark").bytes());
     EXPECT_TRUE(becomes(kDarkField));
     manager.publish(Themed("Adwaita").bytes());
     EXPECT_TRUE(becomes(kLightField));
-}
-
-TEST_F(EditorAppearance, StaysAsItWasChosen)
-{
-    Manager manager(person);
-    manager.publish(Themed("Adwaita").bytes());
-    manager.announce();
     start({"--appearance=dark"});
-    EXPECT_TRUE(becomes(kDarkField));
+    EXPECT_TRUE(becomes(kDarkField)) << "as it was chosen";
 }
 
 } // namespace

@@ -15,16 +15,13 @@ class X11Windows : public X11Test {
 protected:
     LoggingClient client;
     bool run(LoggingClient& of, const std::string& entry) { return runUntilLogged(of, entry); }
+    void setResources(const std::string& text)
+    {
+        xcb_change_property(person.get(), XCB_PROP_MODE_REPLACE, person.screen().root, XCB_ATOM_RESOURCE_MANAGER,
+                            XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(text.size()), text.data());
+        person.synchronize();
+    }
 };
-
-TEST_F(X11Windows, AreNamedFixedAndAskedToClose)
-{
-    const auto window = makeWindow(client);
-    window->setTitle(NSString::string("Tonaro").get());
-    EXPECT_TRUE(person.waitUntil([&] { return person.windowsNamed("Tonaro").size() == 1; }));
-    person.askToClose(XWindowOf(*window));
-    EXPECT_TRUE(run(client, "close"));
-}
 
 TEST_F(X11Windows, FollowASizeThatOthersGiveThem)
 {
@@ -44,7 +41,6 @@ TEST_F(X11Windows, TakeTheirScaleFromTheDesktop)
         double scale;
     } kRows[] = {
         {"no resources", "", 1},
-        {"the usual resolution", "Xft.dpi:\t96\n", 1},
         {"half as much again", "Xft.antialias:\t1\nXft.dpi:\t144\nXft.hinting:\t1\n", 1.5},
         {"to the nearest quarter", "Xft.dpi: 110", 1.25},
         {"never below 1", "Xft.dpi:\t48\n", 1},
@@ -56,9 +52,7 @@ TEST_F(X11Windows, TakeTheirScaleFromTheDesktop)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
-        xcb_change_property(person.get(), XCB_PROP_MODE_REPLACE, person.screen().root, XCB_ATOM_RESOURCE_MANAGER,
-                            XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(row.resources.size()), row.resources.data());
-        person.synchronize();
+        setResources(row.resources);
         NSBackendWindowOptions options;
         options.contentSize = {20, 10};
         const auto window = display->makeWindow(client, options);
@@ -77,10 +71,7 @@ TEST_F(X11Windows, FollowTheDesktopsScale)
     const auto fixed = display->makeWindow(other, options);
     for (const auto& [dpi, scale] : {std::pair("144", 1.5), {"192", 2.0}, {"120", 1.25}, {"96", 1.0}}) {
         SCOPED_TRACE(dpi);
-        const std::string resources = std::string("Xft.dpi:\t") + dpi + "\n";
-        xcb_change_property(person.get(), XCB_PROP_MODE_REPLACE, person.screen().root, XCB_ATOM_RESOURCE_MANAGER,
-                            XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(resources.size()), resources.data());
-        person.synchronize();
+        setResources(std::string("Xft.dpi:\t") + dpi + "\n");
         client.log.clear();
         EXPECT_TRUE(runUntilLogged(client, "resized 21x11")) << "as large as before in points";
         EXPECT_EQ(following->backingScale(), scale);

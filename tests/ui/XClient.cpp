@@ -2,7 +2,9 @@
 
 #include "ui/Program.h"
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
 #include <stdexcept>
 
 #include <poll.h>
@@ -227,38 +229,26 @@ void XClient::turnWheel(Button direction, int notches)
 
 XClient::Key XClient::keyOf(KeySymbol symbol)
 {
-    const xcb_setup_t* setup = xcb_get_setup(get());
-    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-    const auto map =
-        Own(xcb_get_keyboard_mapping_reply(get(), xcb_get_keyboard_mapping(get(), setup->min_keycode, count), nullptr));
+    const std::uint8_t lowest = xcb_get_setup(get())->min_keycode, highest = xcb_get_setup(get())->max_keycode;
+    const auto map = Own(xcb_get_keyboard_mapping_reply(
+        get(), xcb_get_keyboard_mapping(get(), lowest, static_cast<std::uint8_t>(highest - lowest + 1)), nullptr));
     if (!map) throw std::runtime_error("no keyboard");
-    const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(map.get());
-    for (unsigned i = 0; i < count; ++i)
-        for (unsigned level = 0; level < 2 && level < map->keysyms_per_keycode; ++level)
-            if (symbols[i * map->keysyms_per_keycode + level] == symbol)
-                return {static_cast<std::uint8_t>(setup->min_keycode + i), level == 1};
-    return giveKeyTo(symbol);
-}
-
-// Takes a key that has no symbol; it keeps the new one, since the program reads the keymap when it sees the key.
-XClient::Key XClient::giveKeyTo(KeySymbol symbol)
-{
-    const xcb_setup_t* setup = xcb_get_setup(get());
-    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-    const auto map =
-        Own(xcb_get_keyboard_mapping_reply(get(), xcb_get_keyboard_mapping(get(), setup->min_keycode, count), nullptr));
-    const unsigned width = map->keysyms_per_keycode;
-    const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(map.get());
-    for (unsigned i = count; i-- > 0;) {
-        const xcb_keysym_t* const row = symbols + i * width;
-        if (std::any_of(row, row + width, [](xcb_keysym_t s) { return s != XKB_KEY_NoSymbol; })) continue;
-        const auto code = static_cast<std::uint8_t>(setup->min_keycode + i);
-        const xcb_keysym_t both[] = {symbol, symbol};
-        xcb_change_keyboard_mapping(get(), 1, code, 2, both);
-        synchronize();
-        return {code, false};
+    std::optional<std::uint8_t> unused;
+    for (unsigned code = lowest; code <= highest; ++code) {
+        const std::span symbols(xcb_get_keyboard_mapping_keysyms(map.get()) +
+                                    (code - lowest) * map->keysyms_per_keycode,
+                                map->keysyms_per_keycode);
+        for (std::size_t level = 0; level < 2 && level < symbols.size(); ++level)
+            if (symbols[level] == symbol) return {static_cast<std::uint8_t>(code), level == 1};
+        if (std::ranges::count(symbols, xcb_keysym_t{XKB_KEY_NoSymbol}) == map->keysyms_per_keycode)
+            unused = static_cast<std::uint8_t>(code);
     }
-    throw std::runtime_error("no key is free");
+    if (!unused) throw std::runtime_error("no key is free");
+    // it keeps the new symbol, since the program reads the keymap when it sees the key
+    const xcb_keysym_t both[] = {symbol, symbol};
+    xcb_change_keyboard_mapping(get(), 1, *unused, 2, both);
+    synchronize();
+    return {*unused, false};
 }
 
 void XClient::pressKey(KeySymbol symbol) { fake(XCB_KEY_PRESS, keyOf(symbol).code); }

@@ -79,8 +79,7 @@ private:
         std::uint8_t code;
         bool shifted;
     };
-    Key keyOf(KeySymbol symbol);
-    Key giveKeyTo(KeySymbol symbol);
+    Key keyOf(KeySymbol symbol); ///< one without a symbol gets it
     void fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
 
     std::unique_ptr<xcb_connection_t, XDisconnect> mConnection;
