@@ -99,7 +99,7 @@ Number ReadNumber(std::wstring_view text, const wchar_t* fraction, wchar_t decim
     } else if (at != end && IsBlank(*at)) {
         ++at; // ends the number too
     } else if (at != end) {
-        // Choice: of two decimal separators the second is refused. Test: Metric.RefusesText
+        // Choice: of two decimal separators the second is refused. Test: PosFmt.ReadsWithAReason
         if (*at == decimal) return {value, {fraction, PosFmtReason::SecondSeparator}};
         return {value, {at, PosFmtReason::UnexpectedCharacter}};
     }

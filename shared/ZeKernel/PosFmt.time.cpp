@@ -108,7 +108,7 @@ Stop ReadUnsigned(std::wstring_view text, const ZePosFmt& fmt, _smpteval* t, wch
 {
     switch (fmt.eFormat) {
     case QVPOSFMT_TIME:
-        // Choice: a minus anywhere but in front is refused. Test: SMPTELike.ReadsWithAReason
+        // Choice: a minus anywhere but in front is refused. Test: PosFmt.ReadsWithAReason
         return ReadTime(text, t, decimal, group, Minus::Refused);
     case QVPOSFMT_TIME_CD:
         return ReadLabel(text, t, kCdFrames, group);
@@ -164,7 +164,7 @@ void FormatSmpteLikePosition(ZeString& out, const ZePosFmt& fmt, long long posit
     if (!sub) return;
     const double perSecond = UnitsPerSecond(*sub, fmt);
     const Fields fields = FieldsOf(Magnitude(position) * perSecond / fmt.dwSampleRate, perSecond);
-    // Choice: without a separator the text ends after the seconds. Test: SMPTELike.WritesPositions
+    // Choice: without a separator the text ends after the seconds. Test: PosFmt.WritesTheFirstCharacterOfASeparator
     const wchar_t separator = sub->separator ? sub->separator : FirstOf(decimalSep);
     const bool hasFrames = separator && (sub->isAlwaysWritten || !wholeUnits);
 

@@ -1,10 +1,8 @@
 #include "ZePropertyMap.h"
 
-#include "ZePrint.h"
+#include "PosFmtFixture.h"
 
 #include <limits>
-
-#include <gtest/gtest.h>
 
 TEST(ZeProperty, WritesItsValue)
 {
@@ -14,9 +12,7 @@ TEST(ZeProperty, WritesItsValue)
     } kRows[] = {
         {ZeProperty(std::numeric_limits<int>::min()), L"-2147483648"},
         {ZeProperty(std::numeric_limits<unsigned>::max()), L"4294967295"},
-        {ZeProperty(-1LL), L"-1"},
         {ZeProperty(std::numeric_limits<long long>::max()), L"9223372036854775807"},
-        {ZeProperty(44100.0), L"44100"},
         {ZeProperty(29.97), L"29.969999999999999"},
         {ZeProperty(1e21), L"1e+21"},
     };
@@ -101,18 +97,8 @@ void Fill(ZePosFmt& fmt)
     fmt.cTicksPerBeat = 960;
 }
 
-/// All stored fields in one line.
-std::wstring TextOf(const ZePosFmt& fmt)
-{
-    ZePropertyMap map;
-    fmt.persist(map);
-    std::wstring text;
-    for (const auto& [key, property] : map) text += key + L'=' + property.content->to_string() + L' ';
-    return text;
-}
-
-constexpr const wchar_t* kNothing = L"cTicksPerBeat=0 ccPercentBase=0 dFrameRate=0 dTempo=0 dwSampleRate=0 "
-                                    L"dwTimeSignature=0 eFormat=0 ntOffset=0 ";
+constexpr const wchar_t* kNothingStored = L"cTicksPerBeat=0 ccPercentBase=0 dFrameRate=0 dTempo=0 dwSampleRate=0 "
+                                          L"dwTimeSignature=0 eFormat=0 ntOffset=0 ";
 
 } // namespace
 
@@ -120,12 +106,12 @@ TEST(PersistedPosFmt, ComesBack)
 {
     ZePosFmt fmt, other;
     Fill(fmt);
-    EXPECT_EQ(TextOf(fmt), L"cTicksPerBeat=960 ccPercentBase=44100 dFrameRate=29.969999999999999 dTempo=120.5 "
-                           L"dwSampleRate=4000000000 dwTimeSignature=458760 eFormat=20 ntOffset=-1000 ");
+    EXPECT_EQ(StoredText(fmt), L"cTicksPerBeat=960 ccPercentBase=44100 dFrameRate=29.969999999999999 dTempo=120.5 "
+                               L"dwSampleRate=4000000000 dwTimeSignature=458760 eFormat=20 ntOffset=-1000 ");
     ZePropertyMap map;
     fmt.persist(map);
     other.restore(map);
-    EXPECT_EQ(TextOf(other), TextOf(fmt));
+    EXPECT_EQ(StoredText(other), StoredText(fmt));
 
     map[L"eFormat"] = ZeProperty(int{QVPOSFMT_SMPTE_DROP});
     map[L"dFrameRate"] = ZeProperty(25.0);
@@ -139,7 +125,7 @@ TEST(PersistedPosFmt, TakesNothingForWhatIsMissingOrMistyped)
     Fill(fmt);
     ZePropertyMap map;
     fmt.restore(map);
-    EXPECT_EQ(TextOf(fmt), kNothing);
+    EXPECT_EQ(StoredText(fmt), kNothingStored);
     EXPECT_EQ(map.size(), 8u);
     for (const auto& [key, property] : map) EXPECT_EQ(property.content, nullptr);
 
@@ -150,5 +136,5 @@ TEST(PersistedPosFmt, TakesNothingForWhatIsMissingOrMistyped)
     mistyped.insert<double>(L"ntOffset", 1.0);
     Fill(fmt);
     fmt.restore(mistyped);
-    EXPECT_EQ(TextOf(fmt), kNothing);
+    EXPECT_EQ(StoredText(fmt), kNothingStored);
 }

@@ -1,9 +1,8 @@
 #include "ZeTimeTextFormatter.h"
 
 #include "Foundation/NSLog.h"
+#include "PosFmtFixture.h"
 #include "ScopedLocale.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -153,14 +152,8 @@ TEST_F(ZeTimeTextFormatterTest, HandsItsFormatOver)
     EXPECT_EQ(shown(500), "25.00 %") << "the percent base stays";
     ZePosFmt fmt;
     unbox(fmt);
-    EXPECT_EQ(fmt.eFormat, QVPOSFMT_PERCENT);
-    EXPECT_EQ(fmt.dwSampleRate, 44100U);
-    EXPECT_EQ(fmt.dFrameRate, 12.5);
-    EXPECT_EQ(fmt.dTempo, 90);
-    EXPECT_EQ(fmt.wBeatsPerMeasure, 3);
-    EXPECT_EQ(fmt.wBeatValue, 4);
-    EXPECT_EQ(fmt.cTicksPerBeat, 480U);
-    EXPECT_EQ(fmt.ccPercentBase, 2000);
+    EXPECT_EQ(StoredText(fmt), L"cTicksPerBeat=480 ccPercentBase=2000 dFrameRate=12.5 dTempo=90 dwSampleRate=44100 "
+                               L"dwTimeSignature=196612 eFormat=20 ntOffset=0 ");
 
     formatter->setPosFormatter(nullptr);
     formatter->setPosFormatter(NSNumber::numberWithDouble(1).get());
