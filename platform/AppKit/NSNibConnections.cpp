@@ -48,6 +48,7 @@ void NSNibLoader::connectOutlet(const Made& source, pugi::xml_node connection)
 
 void NSNibLoader::connectAction(const Made& source, pugi::xml_node connection)
 {
+    NSObject& object = *source.object;
     const std::string_view name = connection.attribute("selector").value();
     NSObject* const target = objectWithId(connection, "target");
     if (!target) return;
@@ -57,9 +58,9 @@ void NSNibLoader::connectAction(const Made& source, pugi::xml_node connection)
         sender->setTarget(target);
         sender->setAction(action->selector); // the table's text outlives the document's
     };
-    if (auto* control = asKind<NSControl>(source.object.get())) return connect(control);
-    if (auto* item = asKind<NSMenuItem>(source.object.get())) return connect(item);
-    report(connection, "a " + ClassName(*source.object) + " sends no action " + Quoted(name));
+    if (auto* control = asKind<NSControl>(&object)) return connect(control);
+    if (auto* item = asKind<NSMenuItem>(&object)) return connect(item);
+    report(connection, "a " + ClassName(object) + " sends no action " + Quoted(name));
 }
 
 void NSNibLoader::reportUnconnected() const
