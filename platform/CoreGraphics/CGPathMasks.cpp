@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <list>
+#include <span>
 
 namespace {
 
@@ -65,6 +66,12 @@ CGPoint WholePixelOf(const CGPathElements& elements)
     return {std::floor(elements.front().points[0].x), std::floor(elements.front().points[0].y)};
 }
 
+std::size_t PointCountOf(CGPathElement::Kind kind)
+{
+    constexpr std::size_t kCounts[] = {1, 1, 2, 3, 0}; // as the kinds stand in their list
+    return kCounts[kind];
+}
+
 Shape ShapeOf(cairo_t* cairo, const CGPathElements& elements, CGPoint origin, const std::optional<CGPen>& pen)
 {
     Shape shape;
@@ -75,14 +82,14 @@ Shape ShapeOf(cairo_t* cairo, const CGPathElements& elements, CGPoint origin, co
     };
     for (const CGPathElement& element : elements) {
         add(static_cast<std::int32_t>(element.kind));
-        for (const CGPoint& p : element.points) {
+        for (const CGPoint& p : std::span(element.points).first(PointCountOf(element.kind))) {
             add(InCairosUnits(p.x - origin.x));
             add(InCairosUnits(p.y - origin.y));
         }
     }
     if (!pen) return shape;
-    for (const CGFloat number : {pen->width, pen->ctm.a, pen->ctm.b, pen->ctm.c, pen->ctm.d})
-        add(InCairosUnits(std::clamp(number, -1e6, 1e6)));
+    for (const CGFloat number : {pen->ctm.a, pen->ctm.b, pen->ctm.c, pen->ctm.d})
+        add(InCairosUnits(std::clamp(pen->width * number, -1e6, 1e6)));
     add(cairo_get_line_cap(cairo));
     add(cairo_get_line_join(cairo));
     return shape;
