@@ -3,7 +3,6 @@
 
 #include "Foundation/NSAutoreleasePool.h"
 #include "Foundation/NSBundle.h"
-#include "Foundation/NSLog.h"
 #include "FuzzPicture.h"
 #include "ZeResources.h"
 #include "ZeUIBitmap.h"
@@ -85,13 +84,6 @@ void tryCell(ZeResources& resources, ZeResCache& cache, void* picture, int index
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    NSLogSetSink([](std::string_view) {});
-    NSBundle::setPreferredLanguages({"de"});
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const Folder folder;
@@ -107,6 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         hasPicture = !file.empty();
     }
 
+    NSBundle::setPreferredLanguages({"de"});
     const auto bundle = NSBundle::bundleWithPath(folder.path());
     if (!bundle) return 0;
     NSBundle::setMainBundle(bundle);

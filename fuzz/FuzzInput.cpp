@@ -1,5 +1,6 @@
 #include "FuzzInput.h"
 
+#include "Foundation/NSLog.h"
 #include "Foundation/NSString.h"
 
 #include <cstdio>
@@ -19,4 +20,11 @@ void FuzzFailed(const char* expectation)
 {
     std::fprintf(stderr, "expected: %s\n", expectation);
     std::abort();
+}
+
+/// libFuzzer's own hook of every target: what they log is of no interest, and takes time.
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    NSLogSetSink([](std::string_view) {});
+    return 0;
 }

@@ -3,7 +3,6 @@
 #include "AppKit/NSNib.h"
 #include "AppKit/NSView.h"
 #include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSLog.h"
 #include "FuzzInput.h"
 
 namespace {
@@ -16,12 +15,6 @@ public:
 NS_CLASS_TABLE(FuzzOwner, NSObject, "").outlet("view", &FuzzOwner::view) NS_CLASS_TABLE_END
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    NSLogSetSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

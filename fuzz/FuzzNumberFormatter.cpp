@@ -1,7 +1,6 @@
 // Numbers in the locale's writing: a locale, a pattern, a text.
 
 #include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSLog.h"
 #include "Foundation/NSNumberFormatter.h"
 #include "Foundation/NSString.h"
 #include "FuzzInput.h"
@@ -25,12 +24,6 @@ NSNumberFormatter& formatterOf(std::size_t locale)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    NSLogSetSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -1,7 +1,6 @@
 // What is typed or pasted into the editor's fields: a kind of field, a format, a text.
 
 #include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSLog.h"
 #include "FuzzInput.h"
 #include "TonaroNotes.h"
 #include "TonaroNumberFormatters.h"
@@ -72,12 +71,6 @@ void trySetting(std::string_view text)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    NSLogSetSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
