@@ -2,7 +2,6 @@
 
 #include "EditorRig.h"
 
-#include "AppKit/NSApplication.h"
 #include "AppKit/NSPasteboard.h"
 #include "TonaroSettingText.h"
 #include "TonaroToneView.h"
@@ -13,48 +12,40 @@ namespace {
 
 constexpr std::uint32_t kCtrl = NSControlKeyMask | NSCommandKeyMask;
 
-class EditingTest : public testing::Test {
+class EditingTest : public EditorTest {
 protected:
-    EditingTest()
-    {
-        NSApplication::sharedApplication()->setDisplay(NSMakeOffscreenDisplay()); // for its clipboard
-        scene.run();
-        unit.takeLog();
-    }
-    ~EditingTest() override { NSApplication::sharedApplication()->setDisplay(nullptr); }
-
-    /// @return whether somebody wanted the key
     bool key(unichar character, std::uint32_t flags = 0)
     {
-        const auto text = NSString::string(std::u16string(1, character));
-        const bool wanted =
-            editor.window->sendEvent(*NSEvent::keyEvent(NSKeyDown, flags, 0, editor.window, text, text, false));
+        const bool wanted = editor->key(character, flags);
         scene.run();
         return wanted;
     }
     bool undo() { return key(u'z', kCtrl); }
     bool redo() { return key(u'Z', kCtrl | NSShiftKeyMask); }
+    /// @return what reached the unit
+    std::string paste(const char* text)
+    {
+        NSPasteboard::setString(NSString::string(text).get());
+        key(u'v', kCtrl);
+        return unit.takeLog();
+    }
     void enter(const char* field, float value)
     {
-        editor.enter(field, value);
+        editor->enter(field, value);
         scene.run();
     }
     float start() const { return unit.values[kParamStartFrequency]; }
-
-    EditorScene scene;
-    ScriptedUnit unit;
-    Editor editor{&unit};
 };
 
 TEST_F(EditingTest, GesturesAreTakenBackAndMadeAgain)
 {
-    auto& slider = editor.start();
-    editor.mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    auto& slider = editor->start();
+    editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
     for (const double hz : {600.0, 800.0, 1000.0}) {
-        editor.mouse(NSLeftMouseDragged, slider, MelFromHz(hz));
+        editor->mouse(NSLeftMouseDragged, slider, MelFromHz(hz));
         scene.run(0.1);
     }
-    editor.mouse(NSLeftMouseUp, slider, MelFromHz(1000));
+    editor->mouse(NSLeftMouseUp, slider, MelFromHz(1000));
     scene.run();
     const float dragged = start();
     enter("mStartFrequencyText", 2000);
@@ -63,7 +54,7 @@ TEST_F(EditingTest, GesturesAreTakenBackAndMadeAgain)
 
     EXPECT_TRUE(undo());
     EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-12) end(5)");
-    EXPECT_EQ(editor.text("mGainText"), "-12.0") << "the editor follows";
+    EXPECT_EQ(editor->text("mGainText"), "-12.0") << "the editor follows";
     EXPECT_TRUE(undo());
     EXPECT_EQ(start(), dragged);
     EXPECT_TRUE(undo());
@@ -82,7 +73,7 @@ TEST_F(EditingTest, GesturesAreTakenBackAndMadeAgain)
 
 TEST_F(EditingTest, KeysInARowAreOneEdit)
 {
-    editor.window->makeFirstResponder(&editor.start());
+    editor->window->makeFirstResponder(&editor->start());
     for (int i = 0; i < 5; ++i) key(NSUpArrowFunctionKey);
     EXPECT_NEAR(start(), 490, 0.01);
     scene.run(1);
@@ -97,7 +88,7 @@ TEST_F(EditingTest, KeysInARowAreOneEdit)
 TEST_F(EditingTest, KeysThatLeadBackAreNoEdit)
 {
     enter("mStartFrequencyText", 600);
-    editor.window->makeFirstResponder(&editor.start());
+    editor->window->makeFirstResponder(&editor->start());
     key(NSUpArrowFunctionKey);
     key(NSDownArrowFunctionKey);
     EXPECT_NEAR(start(), 600, 0.01);
@@ -107,17 +98,13 @@ TEST_F(EditingTest, KeysThatLeadBackAreNoEdit)
 
 TEST_F(EditingTest, AutomationIsNoEdit)
 {
-    AudioUnitParameter parameter{&unit, kParamStartFrequency, kAudioUnitScope_Global, 0};
-    for (const float hz : {500.0F, 600.0F, 30000.0F}) {
-        AUParameterSet(nullptr, nullptr, &parameter, hz, 0);
-        scene.run();
-    }
+    for (const float hz : {500.0F, 600.0F, 30000.0F}) automate(kParamStartFrequency, hz);
     EXPECT_FALSE(undo());
 }
 
 TEST_F(EditingTest, TypingIsUndoneInItsFieldFirst)
 {
-    auto& field = editor.outlet<NSTextField>("mGainText");
+    auto& field = editor->outlet<NSTextField>("mGainText");
     enter("mStartFrequencyText", 1000);
     field.selectText(nullptr);
     key(u'-');
@@ -132,18 +119,12 @@ TEST_F(EditingTest, TypingIsUndoneInItsFieldFirst)
 
 TEST_F(EditingTest, ThePicturesDragsCount)
 {
-    for (const RetainPtr<NSView>& view : editor.view->subviews()) {
-        auto* picture = asKind<TonaroToneView>(view.get());
-        if (!picture) continue;
-        const NSPoint at = picture->convertPointToWindow(picture->endPoint());
-        const auto mouse = [&](NSEventType type, CGFloat y) {
-            editor.window->sendEvent(*NSEvent::mouseEvent(type, {at.x, at.y + y}, 0, 0, editor.window, 1));
-        };
-        mouse(NSLeftMouseDown, 0);
-        EXPECT_FALSE(undo()) << "not in the middle of an edit";
-        mouse(NSLeftMouseDragged, 10);
-        mouse(NSLeftMouseUp, 10);
-    }
+    const auto& picture = editor->only<TonaroToneView>();
+    const NSPoint end = picture.endPoint();
+    editor->mouse(NSLeftMouseDown, picture, end);
+    EXPECT_FALSE(undo()) << "not in the middle of an edit";
+    editor->mouse(NSLeftMouseDragged, picture, {end.x, end.y + 10});
+    editor->mouse(NSLeftMouseUp, picture, {end.x, end.y + 10});
     scene.run();
     EXPECT_NE(unit.values[kParamEndFrequency], 8000);
     EXPECT_TRUE(undo());
@@ -157,10 +138,10 @@ TEST_F(EditingTest, TheSettingTravelsByTheClipboard)
     NSPasteboard::readString([&copied](const NSString* text) { copied = text->utf8(); });
     EXPECT_EQ(copied, "waveform=Sine\nstart-frequency=440\nuse-end=1\nend-frequency=8000\nlog-sweep=0\ngain=-12\n"
                       "length=2.5\n");
-    NSPasteboard::setString("--set waveform=square; gain = -20.5, start-frequency=440"_ns.get());
-    key(u'v', kCtrl);
-    EXPECT_EQ(unit.takeLog(), "begin(0) set(0,2) end(0) begin(5) set(5,-20.5) end(5)") << "what is new is set";
-    EXPECT_EQ(editor.text("mGainText"), "-20.5");
+    EXPECT_EQ(paste("--set waveform=square; gain = -20.5, start-frequency=440"),
+              "begin(0) set(0,2) end(0) begin(5) set(5,-20.5) end(5)")
+        << "what is new is set";
+    EXPECT_EQ(editor->text("mGainText"), "-20.5");
     EXPECT_TRUE(undo());
     EXPECT_EQ(unit.values[kParamGain], -12);
     EXPECT_EQ(unit.values[kParamWaveform], 0) << "together";
@@ -170,59 +151,40 @@ TEST_F(EditingTest, AClipboardWithoutASettingChangesNothing)
 {
     for (const char* text :
          {"", "hello", "gain=-20; volume=3", "gain=loud", "gain=nan", "gain=1e99", "gain", "=", "\n;"}) {
-        SCOPED_TRACE(text);
-        NSPasteboard::setString(NSString::string(text).get());
-        EXPECT_TRUE(key(u'v', kCtrl));
-        EXPECT_EQ(unit.takeLog(), "");
+        EXPECT_EQ(paste(text), "") << text;
     }
-}
-
-TEST_F(EditingTest, OfANameThatIsPastedTwiceTheLastCounts)
-{
-    NSPasteboard::setString("gain=-20\ngain=-30"_ns.get());
-    key(u'v', kCtrl);
-    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-30) end(5)");
+    EXPECT_EQ(paste("gain=-20\ngain=-30"), "begin(5) set(5,-30) end(5)")
+        << "of a name that comes twice the last counts";
     EXPECT_TRUE(undo());
     EXPECT_EQ(unit.values[kParamGain], -12);
 }
 
 TEST_F(EditingTest, ARefusedPasteIsToldForAWhile)
 {
-    const auto picture = [this] {
-        const auto pixels = CGBitmapContextGetPixels(editor.window->bitmap());
-        return std::vector<std::uint8_t>(pixels.begin(), pixels.end());
-    };
-    const auto plain = picture();
-    NSPasteboard::setString("loud"_ns.get());
-    key(u'v', kCtrl);
-    EXPECT_NE(picture(), plain);
+    const auto plain = editor->pixels();
+    paste("loud");
+    EXPECT_NE(editor->pixels(), plain);
     scene.run(5);
-    EXPECT_EQ(picture(), plain);
+    EXPECT_EQ(editor->pixels(), plain);
 
     key(u'v', kCtrl);
-    const NSSize size = editor.view->frame().size;
-    editor.window->setContentView(nullptr);
-    editor.view.reset();
+    const NSSize size = editor->view->frame().size;
+    editor->end();
     const auto nothing = make<NSView>(NSRect{{0, 0}, size});
-    editor.window->setContentView(nothing);
-    const auto empty = picture();
+    editor->window->setContentView(nothing);
+    const auto empty = editor->pixels();
     EXPECT_TRUE(std::equal(empty.begin() + 4, empty.end(), empty.begin())) << "the note goes with the editor";
 }
 
 TEST_F(EditingTest, AnEditorMayCloseWhileItPastes)
 {
-    NSPasteboard::setString("gain=-20\nlength=3"_ns.get());
-    unit.whenSet = [this] {
-        editor.window->setContentView(nullptr);
-        editor.view.reset();
-    };
-    key(u'v', kCtrl);
-    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-20) end(5) begin(6) set(6,3) end(6)") << "whole, not by half";
+    unit.whenSet = [this] { editor->end(); };
+    EXPECT_EQ(paste("gain=-20\nlength=3"), "begin(5) set(5,-20) end(5) begin(6) set(6,3) end(6)") << "not by half";
 }
 
 TEST_F(EditingTest, ToolTipsTellTheNoteAndWhatWasClamped)
 {
-    auto& field = editor.outlet<NSTextField>("mStartFrequencyText");
+    auto& field = editor->outlet<NSTextField>("mStartFrequencyText");
     EXPECT_EQ(field.toolTip()->utf8(), "A4");
     const auto type = [&](const char* text, float held) {
         unit.whenSet = [this, held] { unit.values[kParamStartFrequency] = held; };
@@ -236,8 +198,8 @@ TEST_F(EditingTest, ToolTipsTellTheNoteAndWhatWasClamped)
     EXPECT_EQ(field.toolTip()->utf8(), "B5 +21 ct");
     type("440.0001", 440.001F);
     EXPECT_EQ(field.toolTip()->utf8(), "A4") << "the editor's own rounding is no limit";
-    EXPECT_EQ(editor.outlet<NSTextField>("mGainText").toolTip(), nullptr);
-    EXPECT_EQ(editor.text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
+    EXPECT_EQ(editor->outlet<NSTextField>("mGainText").toolTip(), nullptr);
+    EXPECT_EQ(editor->text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
 }
 
 TEST(TonaroSettingText, ReadsWhatItWrites)

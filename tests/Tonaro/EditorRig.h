@@ -2,6 +2,7 @@
 
 // An editor in an off-screen window, on a scripted unit.
 
+#include "AppKit/NSApplication.h"
 #include "AppKit/NSGraphicsContext.h"
 #include "AppKit/NSWindow.h"
 #include "Foundation/NSAssertionHandler.h"
@@ -62,6 +63,13 @@ public:
     }
     ZeFrequencySlider& start() const { return outlet<ZeFrequencySlider>("mStartFrequencySlider"); }
     std::string text(const char* name) const { return outlet<NSControl>(name).stringValue()->utf8(); }
+    /// The one view of a kind without an outlet.
+    template <typename T> T& only() const
+    {
+        for (const RetainPtr<NSView>& inner : view->subviews())
+            if (auto* found = asKind<T>(inner.get())) return *found;
+        throw std::runtime_error("no such view");
+    }
 
     void show(AudioUnitParameterID parameter, float value) const
     {
@@ -77,21 +85,81 @@ public:
         control.setFloatValue(value);
         control.sendAction(control.action(), control.target());
     }
+    void mouse(NSEventType type, const NSView& at, NSPoint point) const
+    {
+        window->sendEvent(*NSEvent::mouseEvent(type, at.convertPointToWindow(point), 0, CFAbsoluteTimeGetCurrent(),
+                                               window, type == NSLeftMouseDragged ? 0 : 1));
+    }
     void mouse(NSEventType type, const NSSlider& slider, double value) const
     {
-        const NSPoint point = slider.convertPointToWindow(slider.knobCenterForValue(value));
-        window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window,
-                                               type == NSLeftMouseDragged ? 0 : 1));
+        mouse(type, slider, slider.knobCenterForValue(value));
     }
-    void click(NSView& clicked) const
+    void click(const NSView& clicked, NSPoint point) const
     {
-        const NSPoint point = clicked.convertPointToWindow({10, clicked.bounds().size.height / 2});
-        for (const NSEventType type : {NSLeftMouseDown, NSLeftMouseUp})
-            window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), window, 1));
+        for (const NSEventType type : {NSLeftMouseDown, NSLeftMouseUp}) mouse(type, clicked, point);
+    }
+    /// @return whether somebody wanted the key
+    bool key(unichar character, std::uint32_t flags = 0) const
+    {
+        const auto text = NSString::string(std::u16string(1, character));
+        return window->sendEvent(*NSEvent::keyEvent(NSKeyDown, flags, 0, window, text, text, false));
+    }
+    std::vector<std::uint8_t> pixels() const
+    {
+        const auto bytes = CGBitmapContextGetPixels(window->bitmap());
+        return {bytes.begin(), bytes.end()};
+    }
+    /// What the host may do whenever it is called.
+    void end()
+    {
+        window->setContentView(nullptr);
+        view.reset();
     }
 
     AudioUnit unit;
     std::unique_ptr<NSDisplay> display = NSMakeOffscreenDisplay();
     RetainPtr<TonaroCocoaView> view;
     RetainPtr<NSWindow> window;
+};
+
+/// An editor that has come to rest after opening.
+class EditorTest : public testing::Test {
+protected:
+    EditorTest()
+    {
+        NSApplication::sharedApplication()->setDisplay(NSMakeOffscreenDisplay()); // for its clipboard
+        open();
+    }
+    ~EditorTest() override { NSApplication::sharedApplication()->setDisplay(nullptr); }
+
+    void open()
+    {
+        editor = std::make_unique<Editor>(&unit);
+        settle();
+    }
+    /// @return what reached the unit
+    std::string settle()
+    {
+        scene.run();
+        return unit.takeLog();
+    }
+    /// As a host does.
+    void automate(AudioUnitParameterID parameter, float value)
+    {
+        const AudioUnitParameter automated{&unit, parameter, kAudioUnitScope_Global, 0};
+        AUParameterSet(nullptr, nullptr, &automated, value, 0);
+        scene.run();
+    }
+    void changeRate(double rate)
+    {
+        unit.sampleRate = rate;
+        AudioUnitEvent event{kAudioUnitEvent_PropertyChange,
+                             {.mProperty = {&unit, kAudioUnitProperty_SampleRate, 0, 0}}};
+        AUEventListenerNotify(nullptr, nullptr, &event);
+        scene.run();
+    }
+
+    EditorScene scene;
+    ScriptedUnit unit;
+    std::unique_ptr<Editor> editor;
 };

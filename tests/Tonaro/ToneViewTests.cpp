@@ -9,34 +9,11 @@
 
 namespace {
 
-class ToneViewTest : public testing::Test {
+class ToneViewTest : public EditorTest {
 protected:
-    ToneViewTest()
-    {
-        scene.run();
-        unit.takeLog();
-    }
-    TonaroToneView& picture() const
-    {
-        for (const RetainPtr<NSView>& view : editor.view->subviews())
-            if (auto* found = asKind<TonaroToneView>(view.get())) return *found;
-        throw std::runtime_error("no picture");
-    }
-    void mouse(NSEventType type, NSPoint inPicture)
-    {
-        const NSPoint point = picture().convertPointToWindow(inPicture);
-        editor.window->sendEvent(*NSEvent::mouseEvent(type, point, 0, CFAbsoluteTimeGetCurrent(), editor.window, 1));
-    }
-    void escape()
-    {
-        const auto key = NSString::string("\x1B");
-        editor.window->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, 0, editor.window, key, key, false));
-    }
-    double heightAbove(NSPoint lower, NSPoint higher) const { return lower.y - higher.y; }
-
-    EditorScene scene;
-    ScriptedUnit unit;
-    Editor editor{&unit};
+    TonaroToneView& picture() const { return editor->only<TonaroToneView>(); }
+    void mouse(NSEventType type, NSPoint point) { editor->mouse(type, picture(), point); }
+    void escape() { editor->key(NSEscapeCharacter); }
 };
 
 TEST(TonaroToneShape, FollowsTheSweep)
@@ -81,17 +58,12 @@ TEST(TonaroToneShape, HasFiniteWavesInsideItsRectangle)
 
 TEST_F(ToneViewTest, FollowsTheUnit)
 {
-    EXPECT_GT(heightAbove(picture().startPoint(), picture().endPoint()), 20);
-    editor.show(kParamStartFrequency, 20000); // the editor's own event reaches it alone
+    EXPECT_GT(picture().startPoint().y, picture().endPoint().y + 20) << "the end is higher";
+    editor->show(kParamStartFrequency, 20000); // the editor's own event reaches it alone
     EXPECT_EQ(picture().shape().startHz, 440);
-    AudioUnitParameter start{&unit, kParamStartFrequency, kAudioUnitScope_Global, 0};
-    AUParameterSet(nullptr, nullptr, &start, 20000, 0);
-    scene.run();
+    automate(kParamStartFrequency, 20000);
     EXPECT_EQ(picture().shape().startHz, 20000);
-    unit.sampleRate = 96000;
-    AudioUnitEvent event{kAudioUnitEvent_PropertyChange, {.mProperty = {&unit, kAudioUnitProperty_SampleRate, 0, 0}}};
-    AUEventListenerNotify(nullptr, nullptr, &event);
-    scene.run();
+    changeRate(96000);
     EXPECT_EQ(picture().shape().highestHz, 48000);
 }
 
@@ -111,7 +83,7 @@ TEST_F(ToneViewTest, ADragOfAnEndPointIsOneGesture)
     mouse(NSLeftMouseUp, {end.x, 1000});
     EXPECT_EQ(unit.takeLog(), "end(3)");
     scene.run();
-    EXPECT_EQ(editor.text("mEndFrequencyText"), "0.01") << "the editor hears of it";
+    EXPECT_EQ(editor->text("mEndFrequencyText"), "0.01") << "the editor hears of it";
 }
 
 TEST_F(ToneViewTest, EscapePutsBackWhatADragChanged)
@@ -126,8 +98,8 @@ TEST_F(ToneViewTest, EscapePutsBackWhatADragChanged)
     mouse(NSLeftMouseUp, {start.x, start.y - 20});
     EXPECT_EQ(unit.takeLog(), "");
 
-    editor.mouse(NSLeftMouseDown, editor.start(), editor.start().doubleValue());
-    editor.mouse(NSLeftMouseDragged, editor.start(), MelFromHz(5000));
+    editor->mouse(NSLeftMouseDown, editor->start(), editor->start().doubleValue());
+    editor->mouse(NSLeftMouseDragged, editor->start(), MelFromHz(5000));
     unit.takeLog();
     escape();
     EXPECT_EQ(unit.takeLog(), "set(1,440) end(1)") << "as a slider does";
@@ -136,7 +108,7 @@ TEST_F(ToneViewTest, EscapePutsBackWhatADragChanged)
 TEST_F(ToneViewTest, OnlyWhatCountsCanBeDragged)
 {
     unit.values[kParamUseEnd] = 0;
-    editor.view->setAU(&unit);
+    editor->view->setAU(&unit);
     scene.run();
     unit.takeLog();
     mouse(NSLeftMouseDown, picture().endPoint());
@@ -150,28 +122,20 @@ TEST_F(ToneViewTest, OnlyWhatCountsCanBeDragged)
 
 TEST_F(ToneViewTest, APressThatCommitsAnEditMayCloseTheEditor)
 {
-    editor.outlet<NSTextField>("mGainText").selectText(nullptr);
-    const auto text = NSString::string("7");
-    editor.window->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, 0, editor.window, text, text, false));
-    unit.whenSet = [this] {
-        editor.window->setContentView(nullptr);
-        editor.view.reset();
-    };
+    editor->outlet<NSTextField>("mGainText").selectText(nullptr);
+    editor->key(u'7');
+    unit.whenSet = [this] { editor->end(); };
     mouse(NSLeftMouseDown, picture().startPoint());
     EXPECT_EQ(unit.takeLog(), "begin(5) set(5,7) end(5)") << "no drag begins";
 }
 
 TEST_F(ToneViewTest, ASetThatClosesTheEditorDuringADragIsSafe)
 {
-    mouse(NSLeftMouseDown, picture().startPoint());
-    unit.whenSet = [this] {
-        editor.window->setContentView(nullptr);
-        editor.view.reset();
-    };
-    const NSPoint inWindow = {picture().convertPointToWindow(picture().startPoint())};
+    const NSPoint start = picture().startPoint();
+    mouse(NSLeftMouseDown, start);
+    unit.whenSet = [this] { editor->end(); };
     unit.takeLog();
-    editor.window->sendEvent(*NSEvent::mouseEvent(NSLeftMouseDragged, {inWindow.x, inWindow.y - 10}, 0,
-                                                  CFAbsoluteTimeGetCurrent(), editor.window, 0));
+    mouse(NSLeftMouseDragged, {start.x, start.y - 10});
     EXPECT_TRUE(unit.takeLog().ends_with("end(1)"));
 }
 
