@@ -73,13 +73,9 @@ TEST_F(ZeParameterSetterTest, FramesEachSetOfOtherSendersItself)
     EXPECT_EQ(unit.log.take(), "begin(1) set(1,441) end(1)");
     setter->setParameter(1, 442, slider);
     EXPECT_EQ(unit.log.take(), "set(1,442)") << "a registered slider is framed by its press, whatever it sets";
-}
-
-TEST_F(ZeParameterSetterTest, EndsTheGestureOfARefusedSet)
-{
     unit.refuses = true;
     setter->setParameter(1, 440, other);
-    EXPECT_EQ(unit.log.take(), "begin(1) set(1,440) end(1)");
+    EXPECT_EQ(unit.log.take(), "begin(1) set(1,440) end(1)") << "a refused set ends its gesture too";
 }
 
 TEST_F(ZeParameterSetterTest, EndsTheGestureInWhichItIsReleased)

@@ -38,23 +38,27 @@ public:
     RetainPtr<Slider> slider = make<Slider>(kFrame);
 };
 
-struct SentActions {
-    explicit SentActions(ZeSlider& slider)
+/// A slider of its own, what it sends, and what it announces of a key.
+template <typename Slider> struct Rig {
+    explicit Rig(const char* key = "value")
     {
-        target->log = &log;
-        slider.setTarget(target);
-        slider.setAction("changed:");
+        target->log = &sent;
+        slider->setTarget(target);
+        slider->setAction("changed:");
+        slider->addObserverForKeyPath(observer, NSString::string(key).get(), nullptr);
     }
-    Log log;
-    RetainPtr<LoggingTarget> target = make<LoggingTarget>();
-};
+    void press(unichar key) const
+    {
+        const auto characters = NSString::string(std::u16string(1, key));
+        slider->keyDown(*NSEvent::keyEvent(NSKeyDown, 0, 0, nullptr, characters, characters, false));
+    }
 
-std::string keyOn(ZeSlider& slider, unichar key, Log& log)
-{
-    const auto characters = NSString::string(std::u16string(1, key));
-    slider.keyDown(*NSEvent::keyEvent(NSKeyDown, 0, 0, nullptr, characters, characters, false));
-    return log.take();
-}
+    const NSAutoreleasePool pool;
+    Log sent;
+    RetainPtr<LoggingTarget> target = make<LoggingTarget>();
+    RetainPtr<KeyObserver> observer = make<KeyObserver>();
+    RetainPtr<Slider> slider = make<Slider>(kFrame);
+};
 
 TEST(ZeFrequencySlider, PlacesHertzOnTheMelScale)
 {
@@ -74,56 +78,46 @@ TEST(ZeFrequencySlider, PlacesHertzOnTheMelScale)
 
 TEST(ZeFrequencySlider, StartsAtTheAudibleRangeWithStepsInHertz)
 {
-    const NSAutoreleasePool pool;
-    const auto slider = make<ZeFrequencySlider>(kFrame);
-    EXPECT_NEAR(slider->minFreqValue(), 20, 1e-9);
-    EXPECT_NEAR(slider->maxFreqValue(), 20000, 1e-9);
-    slider->setFreqValue(1000);
-    Log none;
-    keyOn(*slider, NSUpArrowFunctionKey, none);
-    EXPECT_NEAR(slider->freqValue(), 1001, 1e-9);
-    keyOn(*slider, NSPageDownFunctionKey, none);
-    EXPECT_NEAR(slider->freqValue(), 901, 1e-9);
-    keyOn(*slider, NSHomeFunctionKey, none);
-    EXPECT_NEAR(slider->freqValue(), 20000, 1e-6);
+    const Rig<ZeFrequencySlider> rig;
+    rig.slider->setFreqValue(1000);
+    for (const auto& [key, hz] : {std::pair(NSUpArrowFunctionKey, 1001),
+                                  {NSPageDownFunctionKey, 901},
+                                  {NSHomeFunctionKey, 20000},
+                                  {NSEndFunctionKey, 20}}) {
+        rig.press(key);
+        EXPECT_NEAR(rig.slider->freqValue(), hz, 1e-6);
+    }
 }
 
 TEST(ZeFrequencySlider, SendsItsActionOnceForANewFrequencyAndAnnouncesEach)
 {
-    const NSAutoreleasePool pool;
-    const auto slider = make<ZeFrequencySlider>(kFrame);
-    slider->setFreqValue(440);
-    SentActions sent(*slider);
-    const auto observer = make<KeyObserver>();
-    slider->addObserverForKeyPath(observer, NSString::string("freqValue").get(), nullptr);
-
-    slider->setFreqValue(440);
-    EXPECT_EQ(sent.log.take(), "");
-    EXPECT_EQ(observer->log.take(), "freqValue(440)");
-    slider->setFreqValue(880);
-    EXPECT_EQ(sent.log.take(), "action(917.486)");
-    EXPECT_EQ(observer->log.take(), "freqValue(880)");
+    Rig<ZeFrequencySlider> rig("freqValue");
+    rig.slider->setFreqValue(440);
+    EXPECT_EQ(rig.sent.take(), "action(549.639)");
+    EXPECT_EQ(rig.observer->log.take(), "freqValue(440)");
+    rig.slider->setFreqValue(440);
+    EXPECT_EQ(rig.sent.take(), "");
+    EXPECT_EQ(rig.observer->log.take(), "freqValue(440)");
 }
 
 TEST(ZeFrequencySlider, KeepsTheNeighboursOfItsEndsSoThatEchoesDieOut)
 {
     // what a unit answers is the nearest 32-bit float, which may lie outside the range by a hair
-    const NSAutoreleasePool pool;
-    const auto slider = make<ZeFrequencySlider>(kFrame);
+    Rig<ZeFrequencySlider> rig;
+    const auto& slider = rig.slider;
     for (const double rate :
          {8000.0, 11025.0, 22050.0, 44100.0, 44101.3, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0, 384000.0}) {
         SCOPED_TRACE(rate);
         slider->setMinFreqValue(0.01);
         slider->setMaxFreqValue(rate / 2);
-        SentActions sent(*slider);
         for (const double end : {0.01, rate / 2}) {
             slider->setFreqValue(end);
             const float held = static_cast<float>(slider->freqValue());
             slider->setFreqValue(double{held});
-            sent.log.take();
+            rig.sent.take();
             EXPECT_EQ(static_cast<float>(slider->freqValue()), held);
             slider->setFreqValue(double{held});
-            EXPECT_EQ(sent.log.take(), "") << "the second echo changes nothing";
+            EXPECT_EQ(rig.sent.take(), "") << "the second echo changes nothing";
         }
     }
 }
@@ -165,39 +159,34 @@ TEST(ZeGainFader, IsExactlySilentAtItsFirstMinimum)
 
 TEST(ZeGainFader, StepsByOneAndSixDecibels)
 {
-    const NSAutoreleasePool pool;
-    const auto fader = make<ZeGainFader>(kFrame);
-    fader->setMinValue(-120);
-    fader->setDoubleValue(-30);
-    Log none;
-    keyOn(*fader, NSUpArrowFunctionKey, none);
-    EXPECT_EQ(fader->doubleValue(), -29);
-    keyOn(*fader, NSPageUpFunctionKey, none);
-    EXPECT_EQ(fader->doubleValue(), -23);
+    const Rig<ZeGainFader> rig;
+    rig.slider->setMinValue(-120);
+    rig.slider->setDoubleValue(-30);
+    rig.press(NSUpArrowFunctionKey);
+    EXPECT_EQ(rig.slider->doubleValue(), -29);
+    rig.press(NSPageUpFunctionKey);
+    EXPECT_EQ(rig.slider->doubleValue(), -23);
 }
 
 TEST(ZeGainFader, ARatioMovesTheFaderAndItsModel)
 {
-    const NSAutoreleasePool pool;
-    const auto fader = make<ZeGainFader>(kFrame);
+    Rig<ZeGainFader> rig("gainRatio");
+    const auto& fader = rig.slider;
     fader->setMinValue(-120);
     fader->setMaxValue(20);
     fader->setMinusInfinity(-120);
-    SentActions sent(*fader);
-    const auto observer = make<KeyObserver>();
-    fader->addObserverForKeyPath(observer, NSString::string("gainRatio").get(), nullptr);
+    rig.observer->log.take();
 
     fader->setGainRatio(1.0);
     EXPECT_EQ(fader->doubleValue(), 0);
-    EXPECT_EQ(sent.log.take(), "");
-    EXPECT_EQ(observer->log.take(), "gainRatio(1) gainRatio(1)");
+    EXPECT_EQ(rig.sent.take(), "");
+    EXPECT_EQ(rig.observer->log.take(), "gainRatio(1) gainRatio(1)");
 
     fader->setGainRatio(0.3);
     EXPECT_EQ(fader->doubleValue(), double{20.0F * std::log10(0.3F)}) << "computed in 32-bit floats";
 
     const auto model = make<LevelModel>();
     fader->bind(NSValueBinding, model, NSString::string("level").get());
-    sent.log.take();
     fader->setGainRatio(0.0);
     EXPECT_EQ(model->level(), -120);
 }

@@ -233,23 +233,23 @@ TEST_F(ZeTimeTextFieldTest, ArrowsStepByOneUnitOfTheFormat)
     }
 }
 
-TEST_F(ZeTimeTextFieldTest, StepsStopAtTheEndsOf64Bits)
+TEST_F(ZeTimeTextFieldTest, StepsStopAtTheEnds)
 {
     constexpr auto kMost = std::numeric_limits<long long>::max();
-    field->setObjectValue(NSNumber::numberWithLongLong(kMost - 1).get());
-    focus();
-    rig.key(NSUpArrowFunctionKey);
-    EXPECT_EQ(samples(), kMost);
-}
-
-TEST_F(ZeTimeTextFieldTest, ALengthStepsDownToNothing)
-{
-    for (const bool isLength : {true, false}) {
-        field->setIsLength(isLength);
-        field->setObjectValue(NSNumber::numberWithLongLong(1000).get());
+    static const struct {
+        bool isLength;
+        long long from;
+        unichar key;
+        long long to;
+    } kRows[] = {{true, kMost - 1, NSUpArrowFunctionKey, kMost},
+                 {true, 1000, NSDownArrowFunctionKey, 0},
+                 {false, 1000, NSDownArrowFunctionKey, 1000 - 4800}};
+    for (const auto& row : kRows) {
+        field->setIsLength(row.isLength);
+        field->setObjectValue(NSNumber::numberWithLongLong(row.from).get());
         focus();
-        rig.key(NSDownArrowFunctionKey);
-        EXPECT_EQ(samples(), isLength ? 0 : 1000 - 4800);
+        rig.key(row.key);
+        EXPECT_EQ(samples(), row.to);
     }
 }
 
