@@ -149,7 +149,7 @@ TEST(ZeGraphicsContext, XorLinesInvert)
 
 TEST(ZeGraphicsContext, CurvesHaveTheirControls)
 {
-    const ZeFPoint tent[] = {{0, 0}, {3, 3}, {6, 0}}, wave[] = {{0, 0}, {3, 0}, {6, 6}, {12, 0}};
+    const ZeFPoint tent[] = {{0, 0}, {3, 3}, {6, 0}};
     const ZeFPoint step[] = {{0, 0}, {0, 6}, {6, 6}};
     static const struct {
         const char* why;
@@ -165,11 +165,9 @@ TEST(ZeGraphicsContext, CurvesHaveTheirControls)
         {"ends by the own chord", tent, 3, 1, 1, 1, "M0,0 C1,1 2,2 3,3 C4,4 5,1 6,0 "},
         {"only 1 does that", tent, 3, 1, 1, 2, "M0,0 C1,1 2,4 3,3 C4,4 5,1 6,0 "},
         {"quadratic", tent, 3, 0, 1, 0, "M0,0 Q1.5,2.5 3,3 Q4.5,2.5 6,0 "},
-        {"longer", wave, 4, 1, 1, 0, "M0,0 C1,0 2,-2 3,0 C4,0 5,7 6,6 C8,10 10,2 12,0 "},
         {"upright chords count as level", step, 3, 1, 1, 0, "M0,0 C0,0 0,6 0,6 C2,6 4,6 6,6 "},
         {"straight", tent, 3, 2, 1, 0, "M0,0 L3,3 L6,0 "},
         {"no tension", tent, 3, 1, 0, 0, "M0,0 L3,3 L6,0 "},
-        {"another mode without tension", tent, 3, 7, 0, 0, "M0,0 L3,3 L6,0 "},
         {"another mode", tent, 3, 3, 1, 0, "M0,0 "},
         {"one point", tent, 1, 1, 1, 0, "M0,0 "},
         {"none", tent, 0, 1, 1, 0, ""},
@@ -265,51 +263,31 @@ TEST(ZeGraphicsContext, CopiesScaledAndOneToOne)
     const ZeGraphicsContext source(f, true);
     static const struct {
         const char* why;
-        void (*copy)(ZeGraphicsContext&, const ZeGraphicsContext&);
+        ZePoint to;
+        ZeRect from;
         const char* drawing; // 6 by 6
     } kRows[] = {
-        {"to the same place",
-         [](auto& to, auto& from) {
-             to.ZeDrawImage1to1({1, 0, 3, 3}, &from, nullptr);
-         },
-         ".ooo..\n.###..\n.oo#..\n......\n......\n......\n"},
-        {"elsewhere",
-         [](auto& to, auto& from) {
-             to.ZeCopyBitmap({1.5, 2.4}, &from, nullptr, {0, 2, 3, 2});
-         },
-         "......\n......\n..ooo.\n..o##.\n......\n......\n"},
+        {"elsewhere", {1.5, 2.4}, {0, 2, 3, 2}, "......\n......\n..ooo.\n..o##.\n......\n......\n"},
         {"halves go up, and the place is a little tolerant",
-         [](auto& to, auto& from) {
-             to.ZeCopyBitmap({-0.5, 0.49999999}, &from, nullptr, {0.5, 0.5, 2.0, 2.0});
-         },
+         {-0.5, 0.49999999},
+         {0.5, 0.5, 2.0, 2.0},
          "......\n##....\noo....\n......\n......\n......\n"},
-        {"no size is all of it",
-         [](auto& to, auto& from) {
-             to.ZeCopyBitmap({2, 0}, &from, nullptr, {0.4, 0.4});
-         },
-         "..oooo\n..o###\n..ooo#\n..o###\n..o###\n......\n"},
-        {"cut at the source's edge",
-         [](auto& to, auto& from) {
-             to.ZeCopyBitmap({0, 0}, &from, nullptr, {3, 4, 1, 5});
-         },
-         "#.....\n#.....\n#.....\n#.....\n#.....\n......\n"},
-        {"outside of the source",
-         [](auto& to, auto& from) {
-             to.ZeCopyBitmap({0, 0}, &from, nullptr, {4, 0, 2, 2});
-         },
-         "......\n......\n......\n......\n......\n......\n"},
-        {"onto itself",
-         [](auto& to, auto&) {
-             to.ZeFillRectSolid(kBlack, {0, 0, 2, 1});
-             to.ZeCopyBitmap({1, 1}, &to, nullptr, {0, 0, 3, 2});
-         },
-         "##....\n.##...\n......\n......\n......\n......\n"},
+        {"no size is all of it", {2, 0}, {0.4, 0.4}, "..oooo\n..o###\n..ooo#\n..o###\n..o###\n......\n"},
+        {"cut at the edge", {0, 0}, {3, 4, 1, 5}, "#.....\n#.....\n#.....\n#.....\n#.....\n......\n"},
+        {"outside of the source", {0, 0}, {4, 0, 2, 2}, "......\n......\n......\n......\n......\n......\n"},
     };
     for (const auto& row : kRows) {
         Canvas canvas(6, 6);
-        row.copy(canvas.drawing, source);
+        canvas.drawing.ZeCopyBitmap(row.to, &source, nullptr, row.from);
         EXPECT_EQ(drawingOf(canvas.bitmap, kInk), row.drawing) << row.why;
     }
+    Canvas same(6, 6);
+    same.drawing.ZeDrawImage1to1({1, 0, 3, 3}, &source, nullptr);
+    EXPECT_EQ(drawingOf(same.bitmap, kInk), ".ooo..\n.###..\n.oo#..\n......\n......\n......\n") << "to the same place";
+    Canvas itself(6, 2);
+    itself.drawing.ZeFillRectSolid(kBlack, {0, 0, 2, 1});
+    itself.drawing.ZeCopyBitmap({1, 1}, &itself.drawing, nullptr, {0, 0, 3, 1});
+    EXPECT_EQ(drawingOf(itself.bitmap, kInk), "##....\n.##...\n") << "onto itself";
     Canvas twice(8, 10);
     twice.drawing.ZeDrawImageToFit({8, 10}, &source, nullptr);
     for (std::size_t i = 0; i < 8; ++i) EXPECT_EQ(twice.pixel(i, 0) + twice.pixel(0, i), "ffffffffffffffff");
@@ -354,20 +332,16 @@ TEST(ZeGraphicsContext, DoesNothingWithoutAContext)
     none.ZeFillRectSolid(kRed, {4, 5});
     none.ZeFillRectGradient(kRed, kBlue, {4, 5});
     none.ZeDrawRectangle(kRed, {4, 5}, 1);
-    none.ZeDrawLine(kRed, 0, 0, 4, 5);
     none.ZeDrawLine(kRed, 0.0, 0.0, 4.0, 5.0);
     none.ZeDrawLine(kRed, 0, 4, 5, ZeGraphicsContext::eGCDLHorz);
     none.ShiftOrigin(1, 1, true);
     none.ZeDrawXorLine(0, 0, 4, 5);
     none.ZeDrawPath(kRed, points, 2, 1, 0, 0, 0);
-    none.ZeFillPath(kRed, points, 2, 1, 1, 0);
     none.ZeDrawCurve(kRed, points, 2, 1, 1);
     none.ZeCalcCurve(points, 2, 1, 1, 0);
     none.ZeCleanupGraphicsContext();
     none.ZeDrawImageToFit({4, 5}, &other, nullptr);
-    none.ZeDrawImage1to1({4, 5}, &other, nullptr);
     other.ZeDrawImageToFit({4, 5}, &none, nullptr);
-    other.ZeDrawImage1to1({4, 5}, &none, nullptr);
     none.ZeDrawString(L"0", {40, 20}, kRed, 0, ZeGraphicsContext::eHAlignLeft, ZeGraphicsContext::eVAlignTop,
                       ZeGraphicsContext::eTrimEnd);
     EXPECT_EQ(none.GetSizeWithFont(L"0", 0), tagSIZE{});
