@@ -73,50 +73,13 @@ long setting(const char* name, long otherwise)
     return text ? std::atol(text) : otherwise;
 }
 
-constexpr unichar kKeys[] = {NSUpArrowFunctionKey,
-                             NSDownArrowFunctionKey,
-                             NSLeftArrowFunctionKey,
-                             NSRightArrowFunctionKey,
-                             NSHomeFunctionKey,
-                             NSEndFunctionKey,
-                             NSPageUpFunctionKey,
-                             NSPageDownFunctionKey,
-                             NSTabCharacter,
-                             NSTabCharacter,
-                             NSBackTabCharacter,
-                             NSCarriageReturnCharacter,
-                             NSCarriageReturnCharacter,
-                             NSEscapeCharacter,
-                             NSDeleteCharacter,
-                             NSMenuFunctionKey,
-                             NSF10FunctionKey,
-                             u' ',
-                             u'1',
-                             u'2',
-                             u'9',
-                             u'0',
-                             u'.',
-                             u',',
-                             u':',
-                             u';',
-                             u'-',
-                             u'k',
-                             u'A',
-                             u'#',
-                             u'x',
-                             u'a',
-                             u'c',
-                             u'v',
-                             u'z',
-                             u'y',
-                             0xD834};
-constexpr std::uint32_t kFlags[] = {0,
-                                    0,
-                                    0,
-                                    NSShiftKeyMask,
-                                    NSControlKeyMask | NSCommandKeyMask,
-                                    NSControlKeyMask | NSCommandKeyMask | NSShiftKeyMask,
-                                    NSAlternateKeyMask};
+constexpr unichar kKeys[] = {
+    NSUpArrowFunctionKey, NSDownArrowFunctionKey, NSLeftArrowFunctionKey, NSRightArrowFunctionKey, NSHomeFunctionKey,
+    NSEndFunctionKey,     NSPageUpFunctionKey,    NSPageDownFunctionKey,  NSMenuFunctionKey,       NSF10FunctionKey};
+constexpr std::u16string_view kCharacters =
+    u"\t\t\x19\r\r\x1B\x7F 1290.,:;-kA#xacvzy\xD834"; // Tab, Return and such too
+constexpr std::uint32_t kCommand = NSControlKeyMask | NSCommandKeyMask;
+constexpr std::uint32_t kFlags[] = {0, 0, 0, NSShiftKeyMask, kCommand, kCommand | NSShiftKeyMask, NSAlternateKeyMask};
 constexpr double kRates[] = {0, 8000, 44100, 48000, 96000, 192000, 384000};
 constexpr double kScales[] = {1, 1.25, 1.5, 2, 3};
 
@@ -199,7 +162,8 @@ protected:
     {
         const RetainPtr<NSWindow> to = target();
         if (!to) return;
-        const auto text = NSString::string(std::u16string(1, any(kKeys)));
+        const unichar pressed = below(3) == 0 ? any(kKeys) : kCharacters[below(kCharacters.size())];
+        const auto text = NSString::string(std::u16string(1, pressed));
         for (const NSEventType type : {NSKeyDown, NSKeyUp})
             if (to->nativeWindow() || type == NSKeyDown)
                 to->sendEvent(*NSEvent::keyEvent(type, any(kFlags), CFAbsoluteTimeGetCurrent(), to, text, text, false));

@@ -73,15 +73,23 @@ double FrequencyAround(const std::vector<float>& samples, std::size_t first, std
     return std::acos(product / power) / (2.0 * pi) * sampleRate;
 }
 
-TEST(ToneMeasurement, ASweepBeginsAndEndsAtItsFrequencies)
+double LargestStep(const std::vector<float>& samples)
+{
+    double largest = 0.0;
+    for (std::size_t n = 1; n < samples.size(); ++n)
+        largest = std::max(largest, std::abs(double(samples[n]) - double(samples[n - 1])));
+    return largest;
+}
+
+TEST(ToneMeasurement, ASweepPassesItsFrequenciesInTimeWithoutAClick)
 {
     static const struct {
         const char* why;
-        double startHz, endHz;
+        double startHz, middleHz, endHz;
         bool isLogarithmic;
-    } kRows[] = {{"up", 1000.0, 8000.0, false},
-                 {"up by octaves", 1000.0, 8000.0, true},
-                 {"down by octaves", 16000.0, 2000.0, true}};
+    } kRows[] = {{"up", 1000.0, 4500.0, 8000.0, false},
+                 {"up by octaves", 1000.0, 2828.427, 8000.0, true},
+                 {"down by octaves", 16000.0, 5656.854, 2000.0, true}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
         const ToneSettings settings{.sampleRate = 48000.0,
@@ -93,16 +101,11 @@ TEST(ToneMeasurement, ASweepBeginsAndEndsAtItsFrequencies)
                                     .lengthSeconds = 10.0};
         const auto samples = Rendered(settings, 480000);
         EXPECT_NEAR(FrequencyAround(samples, 1, 241, 48000.0), row.startHz, row.startHz * 2e-3);
+        EXPECT_NEAR(FrequencyAround(samples, 240000 - 120, 240000 + 120, 48000.0), row.middleHz, row.middleHz * 1e-4);
         EXPECT_NEAR(FrequencyAround(samples, 480000 - 241, 480000 - 1, 48000.0), row.endHz, row.endHz * 2e-3);
+        const double highest = std::max(row.startHz, row.endHz);
+        EXPECT_LE(LargestStep(samples), 2.0 * std::sin(pi * highest / 48000.0) * 1.0001);
     }
-}
-
-double LargestStep(const std::vector<float>& samples)
-{
-    double largest = 0.0;
-    for (std::size_t n = 1; n < samples.size(); ++n)
-        largest = std::max(largest, std::abs(double(samples[n]) - double(samples[n - 1])));
-    return largest;
 }
 
 TEST(ToneMeasurement, AChangeMakesNoStepLargerThanTheWaveformsOwn)

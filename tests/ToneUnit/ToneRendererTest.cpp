@@ -84,56 +84,6 @@ TEST(ToneRenderer, TheLowestGainIsSilenceInWhichTheToneGoesOn)
     EXPECT_NEAR(samples[999], std::sin(2.0 * pi * 440.0 * 1999.0 / 48000.0), 1e-6);
 }
 
-TEST(ToneRenderer, SweepsPassTheirFrequenciesInTime)
-{
-    static const struct {
-        const char* why;
-        bool isLogarithmic;
-        double part;
-        double hz;
-    } kRows[] = {
-        {"linear, start", false, 0.0, 100.0},      {"linear, middle", false, 0.5, 3250.0},
-        {"linear, end", false, 1.0, 6400.0},       {"logarithmic, start", true, 0.0, 100.0},
-        {"logarithmic, middle", true, 0.5, 800.0}, {"logarithmic, five sixths", true, 5.0 / 6.0, 3200.0},
-        {"logarithmic, end", true, 1.0, 6400.0},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        const ToneSettings settings{.sampleRate = 48000.0,
-                                    .startHz = 100.0,
-                                    .sweeps = true,
-                                    .endHz = 6400.0,
-                                    .isLogarithmic = row.isLogarithmic,
-                                    .lengthSeconds = 2.0};
-        const auto before = static_cast<std::size_t>(std::llround(row.part * 96000.0));
-        std::vector<float> samples(before < 96000 ? before : before - 1);
-        ToneRenderer renderer;
-        renderer.render(settings, samples);
-        const double phase = renderer.phase();
-        float sample = 0.0f;
-        renderer.render(settings, std::span(&sample, 1));
-        const double advance = renderer.phase() - phase;
-        EXPECT_NEAR((advance - std::floor(advance)) * 48000.0, row.hz, row.hz * 1e-4);
-    }
-}
-
-TEST(ToneRenderer, ASweepHasNoClick)
-{
-    const ToneSettings settings{.sampleRate = 48000.0,
-                                .startHz = 20.0,
-                                .sweeps = true,
-                                .endHz = 2000.0,
-                                .isLogarithmic = true,
-                                .gainDecibels = 0.0,
-                                .lengthSeconds = 1.0};
-    const auto samples = Rendered(settings, 48000);
-    double steepest = 0.0;
-    for (std::size_t i = 1; i < samples.size(); ++i)
-        steepest = std::max(steepest, std::abs(double(samples[i]) - samples[i - 1]));
-    EXPECT_LT(steepest, 2.0 * pi * 2000.0 / 48000.0 * 1.0001);
-    EXPECT_GT(steepest, 2.0 * pi * 2000.0 / 48000.0 * 0.98);
-}
-
 TEST(ToneRenderer, WaveformsHaveTheirPartialsAndNothingElse)
 {
     // one second each, so that a partial's cycles are its hertz; the frequencies share no divisor with the rate
