@@ -97,6 +97,7 @@ TEST(NiceTick, StepsThroughDecades)
     } kRows[] = {
         {QVPOSFMT_SAMPLES, 3000, "fine 5000 in 5"},
         {QVPOSFMT_SAMPLES, 1500, "fine 2000 in 20"},
+        {QVPOSFMT_SAMPLES, 9000, "fine 10000 in 10"},
         {QVPOSFMT_SAMPLES, 1050, "fine 1000 in 10"},
         {QVPOSFMT_SAMPLES, 0, "fine 1 in 10"},
         {QVPOSFMT_SAMPLES, -5, "fine 1 in 10"},
