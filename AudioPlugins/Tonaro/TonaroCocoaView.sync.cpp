@@ -145,7 +145,7 @@ void TonaroCocoaView::showWaveform(float value)
     if (!mWaveformStrings) return;
     const std::int64_t index = NSTruncate(double{value - mWaveformParameterInfo.minValue});
     // Choice: a value outside the list leaves the pop-up as it is. Test:
-    // TonaroCocoaView.WaveformsOutsideTheListAreIgnored
+    // TonaroCocoaViewTest.WaveformsOutsideTheListAreIgnored
     if (index < 0 || index >= CFArrayGetCount(mWaveformStrings)) return;
     mWaveformPopup.call(&NSPopUpButton::setTitle, asKind<NSString>(CFArrayGetValueAtIndex(mWaveformStrings, index)));
 }

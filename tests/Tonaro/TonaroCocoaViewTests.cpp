@@ -105,21 +105,19 @@ TEST_F(TonaroCocoaViewTest, EventsThatAreNotForItLeaveItAlone)
     EXPECT_EQ(settle(), "");
 }
 
-TEST(TonaroCocoaView, WaveformsOutsideTheListAreIgnored)
+TEST_F(TonaroCocoaViewTest, WaveformsOutsideTheListAreIgnored)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
     unit.lowestWaveform = 1;
     unit.values[kParamWaveform] = 2;
-    const Editor editor(&unit);
-    const auto& popup = editor.outlet<NSPopUpButton>("mWaveformPopup");
+    open();
+    const auto& popup = editor->outlet<NSPopUpButton>("mWaveformPopup");
     const struct {
         float value;
         int index;
     } kRows[] = {{3, 2}, {3.9F, 2}, {1, 0}, {4, 0}, {-1, 0}, {1e30F, 0}, {-1e30F, 0}, {kNaN, 0}, {2, 1}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.value);
-        editor.show(kParamWaveform, row.value);
+        editor->show(kParamWaveform, row.value);
         EXPECT_EQ(popup.indexOfSelectedItem(), std::isnan(row.value) ? 0 : row.index);
     }
 }
@@ -199,37 +197,21 @@ TEST_F(TonaroCocoaViewTest, BindingAnewDuringADragEndsTheGestureAtTheOldUnit)
     editor->view->setAU(&unit);
 }
 
-TEST(TonaroCocoaView, AnEditMayEndIt)
+TEST_F(TonaroCocoaViewTest, AnEditMayEndIt)
 {
-    const struct {
-        const char* why;
-        std::function<void(Editor&)> edit;
-        const char* log;
-    } kRows[] = {
-        {"typed", [](Editor& editor) { editor.enter("mGainText", -20); }, "begin(5) set(5,-20) end(5)"},
-        {"a slider's answer to the unit",
-         [](Editor& editor) {
-             // the listener calls the view, whose slider answers
-             AudioUnitEvent event{};
-             event.mArgument.mParameter = {editor.unit, kParamStartFrequency, 0, 0};
-             AUEventListenerNotify(nullptr, nullptr, &event);
-             EditorScene::run();
-         },
-         "set(1,1000)"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        const EditorScene scene;
-        ScriptedUnit unit;
-        Editor editor(&unit);
-        EditorScene::run();
-        unit.takeLog();
-        unit.values[kParamStartFrequency] = 1000;
-        unit.whenSet = [&editor] { editor.end(); };
-        row.edit(editor);
-        EXPECT_FALSE(editor.view);
-        EXPECT_EQ(unit.takeLog(), row.log);
-    }
+    unit.whenSet = [this] { editor->end(); };
+    editor->enter("mGainText", -20);
+    EXPECT_FALSE(editor->view);
+    EXPECT_EQ(unit.takeLog(), "begin(5) set(5,-20) end(5)");
+
+    open();
+    unit.whenSet = [this] { editor->end(); };
+    unit.values[kParamStartFrequency] = 1000;
+    AudioUnitEvent event{}; // the listener calls the view, whose slider answers
+    event.mArgument.mParameter = {&unit, kParamStartFrequency, 0, 0};
+    AUEventListenerNotify(nullptr, nullptr, &event);
+    EXPECT_EQ(settle(), "set(1,1000)");
+    EXPECT_FALSE(editor->view);
 }
 
 TEST_F(TonaroCocoaViewTest, AnEditMayBindTheEditorAnew)
@@ -286,27 +268,21 @@ TEST_F(TonaroCocoaViewTest, PaintsItsPatternInTheDirtyRectangleOnly)
     }
 }
 
-TEST(TonaroCocoaView, TurnsDarkWhileItIsShown)
+TEST_F(TonaroCocoaViewTest, TurnsDarkWhileItIsShown)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
-    const Editor shown(&unit);
-    const auto light = shown.pixels();
+    const auto light = editor->pixels();
     NSAppearance::setCurrent(NSAppearanceName::dark);
-    const Editor born(&unit);
-    const auto changed = shown.pixels(), dark = born.pixels();
+    const auto changed = editor->pixels(), dark = Editor(&unit).pixels();
     NSAppearance::setCurrent(NSAppearanceName::light);
     EXPECT_EQ(changed, dark) << "everything follows";
     constexpr std::array<std::uint8_t, 4> kBackground = {0x1B, 0x1E, 0x23, 0xFF}; // between the pattern's dots
     EXPECT_TRUE(std::equal(kBackground.begin(), kBackground.end(), dark.begin()));
-    EXPECT_EQ(shown.pixels(), light) << "and back";
+    EXPECT_EQ(editor->pixels(), light) << "and back";
 }
 
-TEST(TonaroCocoaView, TwoEditorsFollowEachOtherAndComeToRest)
+TEST_F(TonaroCocoaViewTest, TwoEditorsFollowEachOtherAndComeToRest)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
-    const Editor first(&unit), second(&unit);
+    const Editor &first = *editor, second(&unit);
     scene.run();
     auto& slider = first.start();
     first.mouse(NSLeftMouseDown, slider, slider.doubleValue());
@@ -326,12 +302,10 @@ TEST(TonaroCocoaView, TwoEditorsFollowEachOtherAndComeToRest)
     EXPECT_EQ(unit.takeLog(), "");
 }
 
-TEST(TonaroCocoaView, ReportsEachFailureOfAUnitAndOpensAllTheSame)
+TEST_F(TonaroCocoaViewTest, ReportsEachFailureOfAUnitAndOpensAllTheSame)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
     unit.failsAlways = true;
-    const Editor editor(&unit);
+    open();
     std::vector<std::string> expected(2,
                                       "_synchronizeUIWithAU: [TonaroCocoaView synchronizeUIWithParameterValues] (x.1)");
     expected.insert(expected.end(), 7,
@@ -339,12 +313,10 @@ TEST(TonaroCocoaView, ReportsEachFailureOfAUnitAndOpensAllTheSame)
     EXPECT_EQ(scene.handler->reports, expected);
     EXPECT_NE(scene.handler->lastFile.find("AudioPlugins/Tonaro/TonaroCocoaView"), std::string::npos);
     EXPECT_GT(scene.handler->lastLine, 0);
-    EXPECT_EQ(editor.text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
-    EXPECT_EQ(editor.outlet<NSPopUpButton>("mWaveformPopup").numberOfItems(), 0);
+    EXPECT_EQ(editor->text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
+    EXPECT_EQ(editor->outlet<NSPopUpButton>("mWaveformPopup").numberOfItems(), 0);
 
-    scene.run();
-    unit.takeLog();
-    editor.enter("mStartFrequencyText", 1000);
+    editor->enter("mStartFrequencyText", 1000);
     EXPECT_EQ(unit.takeLog(), "begin(1) set(1,1000) end(1)") << "a refused edit still ends its gesture";
 }
 
@@ -362,29 +334,25 @@ TEST(TonaroCocoaView, TheDefaultHandlersExceptionReachesTheCaller)
     NSLogSetSink(nullptr);
 }
 
-TEST(TonaroCocoaView, SurvivesAUnitThatAnswersNonsense)
+TEST_F(TonaroCocoaViewTest, SurvivesAUnitThatAnswersNonsense)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
     unit.values.fill(kNaN);
     unit.waveformNames.clear();
     for (const double rate : {0.0, -1.0, std::numeric_limits<double>::infinity(), double{kNaN}, 1e-300}) {
         SCOPED_TRACE(rate);
         unit.sampleRate = rate;
         unit.lowestWaveform = static_cast<float>(rate);
-        const Editor editor(&unit);
-        editor.window->bitmap();
-        auto& slider = editor.start();
-        editor.mouse(NSLeftMouseDown, slider, slider.doubleValue());
-        editor.mouse(NSLeftMouseUp, slider, slider.maxValue());
+        open();
+        editor->pixels();
+        auto& slider = editor->start();
+        editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
+        editor->mouse(NSLeftMouseUp, slider, slider.maxValue());
         EXPECT_FALSE(std::isnan(slider.doubleValue()));
     }
 }
 
-TEST(TonaroCocoaViewFactory, AnswersTheHost)
+TEST_F(TonaroCocoaViewTest, ItsFactoryAnswersTheHost)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
     const auto factory = make<TonaroCocoaViewFactory>();
     EXPECT_EQ(factory->interfaceVersion(), 0U);
     EXPECT_EQ(factory->description()->utf8(), " Cocoa View");
@@ -407,18 +375,15 @@ TEST(TonaroCocoaView, IgnoresItsActionsWithoutAUnit)
     EXPECT_TRUE(scene.handler->reports.empty());
 }
 
-TEST(TonaroCocoaView, ANullUnitIsReportedAndCanBeReplaced)
+TEST_F(TonaroCocoaViewTest, ANullUnitIsReportedAndCanBeReplaced)
 {
-    EditorScene scene;
-    ScriptedUnit unit;
-    {
-        const Editor editor(nullptr);
-        EXPECT_EQ(scene.handler->reports.size(), 9U + 2U + 7U) << "registrations, the waveforms, the parameters";
-        editor.enter("mGainText", -20);
-        scene.handler->reports.clear();
-        editor.view->setAU(&unit);
-        EXPECT_EQ(editor.text("mStartFrequencyText"), "440");
-    }
+    editor = std::make_unique<Editor>(nullptr);
+    EXPECT_EQ(scene.handler->reports.size(), 9U + 2U + 7U) << "registrations, the waveforms, the parameters";
+    editor->enter("mGainText", -20);
+    scene.handler->reports.clear();
+    editor->view->setAU(&unit);
+    EXPECT_EQ(editor->text("mStartFrequencyText"), "440");
+    editor.reset();
     EXPECT_TRUE(scene.handler->reports.empty());
 }
 
