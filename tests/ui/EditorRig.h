@@ -14,7 +14,6 @@ public:
     explicit Trace(std::vector<Program::Line> lines) : mLines(std::move(lines)) {}
 
     bool isEmpty() const { return mLines.empty(); }
-    const std::vector<Program::Line>& lines() const { return mLines; }
     /// "begin 1, set 1, end 1": without values; sets of one parameter in a row count once.
     std::string shape() const;
     std::size_t count(const std::string& start) const; ///< lines that begin so
@@ -61,7 +60,6 @@ enum EditorKey : XClient::KeySymbol {
     kUp = 0xFF52,
     kDown = 0xFF54,
     kPageUp = 0xFF55,
-    kPageDown = 0xFF56,
     kEnd = 0xFF57,
     kShift = 0xFFE1,
     kControl = 0xFFE3,

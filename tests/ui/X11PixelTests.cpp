@@ -1,18 +1,22 @@
 // What a window shows, with and without shared memory.
 #include "ui/X11Rig.h"
 
+#include "CoreGraphics/Pixels.h"
 #include "X11/X11Display.h"
 
 namespace {
 
 using testing::HasSubstr;
 
-RetainPtr<CGContext> Filled(int width, int height, double red, double green, double blue)
+/// Presents those parts of a picture of one colour; all of it where none are given.
+void Show(NSWindowBackend& window, CGSize size, std::uint32_t color, std::vector<CGRect> parts = {})
 {
-    auto bitmap = CGBitmapContextCreate(static_cast<std::size_t>(width), static_cast<std::size_t>(height));
-    CGContextSetFillColorWithColor(bitmap, CGColorCreateRGBA(red, green, blue, 1).get());
-    CGContextFillRect(bitmap, CGRectMake(0, 0, width, height));
-    return bitmap;
+    const auto bitmap =
+        CGBitmapContextCreate(static_cast<std::size_t>(size.width), static_cast<std::size_t>(size.height));
+    const auto part = [&](unsigned shift) { return (color >> shift & 0xFF) / 255.0; };
+    fill(bitmap, {{}, size}, part(16), part(8), part(0), 1);
+    if (parts.empty()) parts = {{{}, size}};
+    window.present(bitmap, parts);
 }
 
 class X11Pixels : public X11Test, public testing::WithParamInterface<bool> {
@@ -36,13 +40,11 @@ TEST_P(X11Pixels, OnlyThePresentedPartChanges)
 {
     LoggingClient client;
     const auto window = makeWindow(client, {{30, 40}, {700, 600}});
-    const CGRect all[] = {CGRectMake(0, 0, 700, 600)};
-    window->present(Filled(700, 600, 1, 0.5, 0).get(), all);
+    Show(*window, {700, 600}, 0xFF8000);
     EXPECT_TRUE(shows(CGRectMake(30, 40, 700, 600), 0xFF8000));
 
     // a second picture at once: the first must have been read before it is overwritten
-    const CGRect parts[] = {CGRectMake(10, 10, 20, 20), CGRectMake(690.5, 590.5, 100, 100), CGRectMake(-9, -9, 5, 5)};
-    window->present(Filled(700, 600, 0, 0, 1).get(), parts);
+    Show(*window, {700, 600}, 0x0000FF, {{{10, 10}, {20, 20}}, {{690.5, 590.5}, {100, 100}}, {{-9, -9}, {5, 5}}});
     EXPECT_TRUE(shows(CGRectMake(40, 50, 20, 20), 0x0000FF));
     EXPECT_TRUE(shows(CGRectMake(720, 630, 10, 10), 0x0000FF));
     EXPECT_TRUE(shows(CGRectMake(30, 40, 10, 600), 0xFF8000));
@@ -53,8 +55,7 @@ TEST_P(X11Pixels, WhatWasCoveredComesBackWithoutTheClient)
 {
     LoggingClient client;
     const auto window = makeWindow(client);
-    const CGRect all[] = {CGRectMake(0, 0, 200, 100)};
-    window->present(Filled(200, 100, 0, 1, 0).get(), all);
+    Show(*window, {200, 100}, 0x00FF00);
     ASSERT_TRUE(shows(CGRectMake(0, 0, 200, 100), 0x00FF00));
     const xcb_window_t cover = person.makeWindow(50, 20, 60, 60);
     xcb_clear_area(person.get(), 0, cover, 0, 0, 0, 0);
@@ -70,11 +71,9 @@ TEST_P(X11Pixels, TheNewSizeIsShownWhole)
 {
     LoggingClient client;
     const auto window = makeWindow(client);
-    const CGRect all[] = {CGRectMake(0, 0, 200, 100)};
-    window->present(Filled(200, 100, 1, 0, 0).get(), all);
+    Show(*window, {200, 100}, 0xFF0000);
     window->setContentSize({300, 150});
-    const CGRect part[] = {CGRectMake(0, 0, 1, 1)};
-    window->present(Filled(300, 150, 0, 0, 1).get(), part);
+    Show(*window, {300, 150}, 0x0000FF, {{{0, 0}, {1, 1}}});
     EXPECT_TRUE(shows(CGRectMake(0, 0, 300, 150), 0x0000FF));
 }
 
@@ -87,8 +86,7 @@ TEST_F(X11ShallowScreen, ShowsFullColors)
 {
     LoggingClient client;
     const auto window = makeWindow(client);
-    const CGRect all[] = {CGRectMake(0, 0, 200, 100)};
-    window->present(Filled(200, 100, 1, 0.5, 0).get(), all);
+    Show(*window, {200, 100}, 0xFF8000);
     EXPECT_TRUE(person.waitUntil(
         [&] { return person.pixels(CGRectMake(9, 9, 1, 1), XWindowOf(*window)) == std::vector{0xFF8000U}; }));
 }

@@ -17,59 +17,40 @@ class SettingsList {
 public:
     explicit SettingsList(bool bigEndian = false) : mBigEndian(bigEndian) {}
 
-    SettingsList& integer(const std::string& name, std::uint32_t value)
-    {
-        start(0, name);
-        number(value, 4);
-        return *this;
-    }
+    SettingsList& integer(const std::string& name, std::uint32_t value) { return start(0, name).number(value, 4); }
     SettingsList& text(const std::string& name, const std::string& value)
     {
-        start(1, name);
-        number(static_cast<std::uint32_t>(value.size()), 4);
-        characters(value);
-        return *this;
+        return start(1, name).number(static_cast<std::uint32_t>(value.size()), 4).characters(value);
     }
-    SettingsList& color(const std::string& name)
-    {
-        start(2, name);
-        number(0x11112222, 4);
-        number(0x3333FFFF, 4);
-        return *this;
-    }
-    SettingsList& unknown()
-    {
-        start(3, "x");
-        return *this;
-    }
+    SettingsList& color(const std::string& name) { return start(2, name).number(0x11112222, 4).number(0x3333FFFF, 4); }
+    SettingsList& unknown() { return start(3, "x"); }
     Bytes bytes() const
     {
         SettingsList whole(mBigEndian);
         whole.mBytes = {static_cast<std::uint8_t>(mBigEndian), 0, 0, 0};
-        whole.number(7, 4); // how often it was changed
-        whole.number(mCount, 4);
+        whole.number(7, 4).number(mCount, 4); // how often it was changed, and what it has
         whole.mBytes.insert(whole.mBytes.end(), mBytes.begin(), mBytes.end());
         return whole.mBytes;
     }
 
 private:
-    void start(std::uint8_t kind, const std::string& name)
+    SettingsList& start(std::uint8_t kind, const std::string& name)
     {
         ++mCount;
         mBytes.insert(mBytes.end(), {kind, 0});
-        number(static_cast<std::uint32_t>(name.size()), 2);
-        characters(name);
-        number(7, 4);
+        return number(static_cast<std::uint32_t>(name.size()), 2).characters(name).number(7, 4);
     }
-    void number(std::uint32_t value, unsigned size)
+    SettingsList& number(std::uint32_t value, unsigned size)
     {
         for (unsigned i = 0; i < size; ++i)
             mBytes.push_back(static_cast<std::uint8_t>(value >> 8 * (mBigEndian ? size - 1 - i : i)));
+        return *this;
     }
-    void characters(const std::string& text)
+    SettingsList& characters(const std::string& text)
     {
         mBytes.insert(mBytes.end(), text.begin(), text.end());
         mBytes.resize((mBytes.size() + 3) / 4 * 4);
+        return *this;
     }
 
     bool mBigEndian;
