@@ -146,11 +146,16 @@ TEST_F(Appearance, EverythingChangesWhileItIsShown)
     EXPECT_NE(changed, light);
 }
 
+RetainPtr<NSObject> Heard(const std::function<void()>& heard)
+{
+    return NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
+        NSString::string(NSAppearanceDidChangeNotification).get(), nullptr, [heard](NSNotification&) { heard(); });
+}
+
 TEST_F(Appearance, OnlyAnotherOneIsAnnounced)
 {
     int heard = 0;
-    const auto observer = NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
-        NSString::string(NSAppearanceDidChangeNotification).get(), nullptr, [&](NSNotification&) { ++heard; });
+    const auto observer = Heard([&] { ++heard; });
     show(NSAppearanceName::light);
     EXPECT_EQ(heard, 0);
     show(NSAppearanceName::dark);
@@ -161,33 +166,22 @@ TEST_F(Appearance, OnlyAnotherOneIsAnnounced)
 TEST_F(Appearance, AWindowMayCloseWhenItHears)
 {
     OffscreenRig first, second;
-    const auto observer = NSNotificationCenter::defaultCenter()->addObserverUsingBlock(
-        NSString::string(NSAppearanceDidChangeNotification).get(), nullptr, [&](NSNotification&) {
-            first.window()->close();
-            second.window()->close();
-        });
+    const auto observer = Heard([&] {
+        first.window()->close();
+        second.window()->close();
+    });
     show(NSAppearanceName::dark);
     EXPECT_EQ(first.window()->bitmap(), nullptr);
 }
 
-class ChangingDesktop final : public NSDisplay {
+class ChangingDesktop final : public RecordingDisplay {
 public:
-    explicit ChangingDesktop(NSAppearanceName name) : mName(name) {}
+    ChangingDesktop(RecordedWindow& record, NSAppearanceName name) : RecordingDisplay(record), mName(name) {}
     void change(NSAppearanceName name)
     {
         mName = name;
         mChanged();
     }
-    std::unique_ptr<NSWindowBackend> makeWindow(NSWindowBackendClient&, const NSBackendWindowOptions&) override
-    {
-        return nullptr;
-    }
-    std::unique_ptr<NSWindowBackend> makePopUp(NSWindowBackendClient&, NSWindowBackend&, NSRect) override
-    {
-        return nullptr;
-    }
-    void setClipboardText(const NSString*) override {}
-    void readClipboardText(std::function<void(const NSString*)> callback) override { callback(nullptr); }
     NSAppearanceName appearance() const override { return mName; }
     void setAppearanceHandler(const std::function<void()>& changed) override { mChanged = changed; }
 
@@ -200,7 +194,8 @@ TEST_F(Appearance, FollowsTheDesktopUnlessOneWasChosen)
 {
     const auto light = NSAppearanceName::light, dark = NSAppearanceName::dark;
     NSApplication* const application = NSApplication::sharedApplication();
-    auto owned = std::make_unique<ChangingDesktop>(dark);
+    RecordedWindow record;
+    auto owned = std::make_unique<ChangingDesktop>(record, dark);
     ChangingDesktop& desktop = *owned;
     application->setDisplay(std::move(owned));
     EXPECT_EQ(NSAppearance::current(), dark) << "from the start";
@@ -214,13 +209,6 @@ TEST_F(Appearance, FollowsTheDesktopUnlessOneWasChosen)
     desktop.change(dark);
     application->setDisplay(nullptr);
     EXPECT_EQ(NSAppearance::current(), light) << "without a display";
-}
-
-void WriteStripe(const std::filesystem::path& path, std::size_t width)
-{
-    const auto bitmap = CGBitmapContextCreate(width, 1);
-    const auto image = CGBitmapContextCreateImage(bitmap);
-    ASSERT_TRUE(CGImageWritePNGFile(image, path.string()));
 }
 
 TEST_F(Appearance, APictureHasAVariantForTheDark)
@@ -239,8 +227,11 @@ TEST_F(Appearance, APictureHasAVariantForTheDark)
         SCOPED_TRACE(row.why);
         std::filesystem::create_directories(folder);
         const char* const kNames[] = {"p.png", "p@2x.png", "p-dark.png", "p-dark@2x.png"};
-        for (std::size_t i = 0; i < row.files.size(); ++i)
-            if (row.files[i] > 0) WriteStripe(folder / kNames[i], row.files[i]);
+        for (std::size_t i = 0; i < row.files.size(); ++i) {
+            if (row.files[i] == 0) continue;
+            const auto stripe = CGBitmapContextCreate(row.files[i], 1);
+            ASSERT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(stripe).get(), (folder / kNames[i]).string()));
+        }
         const auto path = NSString::string((folder / "p.png").string());
         const auto image = make<NSImage>(&NSImage::initByReferencingFile, path.get());
         const auto widthAt = [&](NSAppearanceName name, CGFloat scale) {

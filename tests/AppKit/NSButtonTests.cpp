@@ -1,96 +1,55 @@
 #include "AppKit/NSButton.h"
 
-#include "AppKit/ActionLog.h"
-#include "Support/OffscreenRig.h"
+#include "Script.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
-struct Clicks : OffscreenRig {
-    Clicks() : button(add(make<NSButton>(NSRect{{20, 20}, {120, 26}}))), log(make<ActionLog>()) { log->watch(*button); }
-
-    NSButton* button;
-    RetainPtr<ActionLog> log;
+/// "look" notes whether the button looks pressed.
+struct Clicks : ControlRig<NSButton> {
+    Clicks() : ControlRig({{20, 20}, {120, 26}})
+    {
+        window()->makeFirstResponder(control);
+        script.verbs["look"] = [this](const Step&) { log->text += control->isHighlighted() ? "pressed " : "raised "; };
+        script.verbs["repeat"] = [this](const Step&) { key(u' ', 0, true); };
+        script.verbs["perform"] = [this](const Step&) { control->performClick(nullptr); };
+    }
 };
 
-TEST(NSButton, ACheckBoxChangesWithEachClick)
+TEST(NSButton, SendsWhatAPersonDoes)
 {
-    Clicks rig;
-    rig.button->setButtonType(NSSwitchButton);
-    rig.click(rig.button);
-    rig.click(rig.button);
-    rig.key(u' '); // the click gave it the keyboard
-    EXPECT_EQ(rig.log->take(), "1 0 1 ");
+    static const struct {
+        const char* why;
+        NSButtonType type;
+        const char* script;
+        const char* log;
+    } kRows[] = {
+        {"a check box changes with each click", NSSwitchButton, "click click _", "1 0 1 "},
+        {"a push button has no state", NSMomentaryPushInButton, "click Ret", "0 0 "},
+        {"Return is not for check boxes", NSSwitchButton, "Ret", ""},
+        {"a release outside is no click", NSSwitchButton, "press:5 look drag:5,50 look release", "pressed raised "},
+        {"back inside it is", NSSwitchButton, "press:5 drag:5,50 drag:9 release look", "1 raised "},
+        {"a held key clicks once and looks pressed for a moment", NSMomentaryPushInButton,
+         "_ repeat look wait:0.2 look", "0 pressed raised "},
+        {"disabled in the middle of a click", NSSwitchButton, "press:5 disable release click perform look", "raised "},
+        {"hidden in the middle of a click", NSSwitchButton, "press:5 hide release", ""},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        Clicks rig;
+        rig.control->setButtonType(row.type);
+        EXPECT_EQ(rig.play(row.script), row.log);
+    }
 }
 
-TEST(NSButton, APushButtonHasNoState)
+TEST(NSButton, AClickGivesItTheKeyboard)
 {
     Clicks rig;
-    rig.click(rig.button);
-    rig.key(NSCarriageReturnCharacter);
-    EXPECT_EQ(rig.log->take(), "0 0 ");
-}
-
-TEST(NSButton, AReleaseOutsideIsNoClick)
-{
-    Clicks rig;
-    rig.button->setButtonType(NSSwitchButton);
-    rig.press(rig.button, {5, 5});
-    EXPECT_TRUE(rig.button->isHighlighted());
-    rig.dragTo(rig.button, {5, 50});
-    EXPECT_FALSE(rig.button->isHighlighted());
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "");
-
-    rig.press(rig.button, {5, 5});
-    rig.dragTo(rig.button, {5, 50});
-    rig.dragTo(rig.button, {9, 5}); // and back
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "1 ");
-    EXPECT_FALSE(rig.button->isHighlighted());
-}
-
-TEST(NSButton, AHeldKeyClicksOnceAndLooksPressedForAMoment)
-{
-    Clicks rig;
-    rig.window()->makeFirstResponder(rig.button);
-    rig.key(u' ');
-    rig.key(u' ', 0, true);
-    EXPECT_EQ(rig.log->take(), "0 ");
-    EXPECT_TRUE(rig.button->isHighlighted());
-    rig.advance(0.2);
-    EXPECT_FALSE(rig.button->isHighlighted());
-}
-
-TEST(NSButton, ReturnIsNotForCheckBoxes)
-{
-    Clicks rig;
-    rig.button->setButtonType(NSSwitchButton);
-    rig.window()->makeFirstResponder(rig.button);
-    EXPECT_FALSE(rig.key(NSCarriageReturnCharacter));
-    EXPECT_EQ(rig.log->take(), "");
-}
-
-TEST(NSButton, ADisabledOneDoesNothing)
-{
-    Clicks rig;
-    rig.press(rig.button, {5, 5});
-    rig.button->setEnabled(false); // in the middle of a click
-    rig.release();
-    rig.click(rig.button);
-    rig.button->performClick(nullptr);
-    EXPECT_EQ(rig.log->take(), "");
-    EXPECT_FALSE(rig.button->isHighlighted());
-}
-
-TEST(NSButton, AHiddenOneIsNotClicked)
-{
-    Clicks rig;
-    rig.press(rig.button, {5, 5});
-    rig.button->setHidden(true);
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "");
+    rig.window()->makeFirstResponder(nullptr);
+    EXPECT_EQ(rig.play("click _"), "0 0 ");
+    rig.control->setButtonType(NSSwitchButton);
+    EXPECT_FALSE(rig.key(NSCarriageReturnCharacter)) << "Return is left to the window";
 }
 
 TEST(NSButton, AValueAboveZeroIsOn)

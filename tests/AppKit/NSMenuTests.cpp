@@ -1,23 +1,42 @@
 #include "AppKit/NSMenu.h"
 
-#include "AppKit/ActionLog.h"
 #include "AppKit/NSMenuSession.h"
 #include "AppKit/NSPopUpButton.h"
-#include "Support/OffscreenRig.h"
-
-#include <gmock/gmock.h>
+#include "Script.h"
 
 namespace {
 
 constexpr CGFloat kRow = 24, kPadding = 5;
 
-/// A menu over a view, and a person in front of its window.
+/// A key pressed where a menu has the keyboard.
+void KeyInto(NSMenu& menu, unichar character)
+{
+    const RetainPtr<NSWindow> in = menu.popUpWindow();
+    const auto text = NSString::string(std::u16string(1, character));
+    if (in) in->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, CFAbsoluteTimeGetCurrent(), in, text, text, false));
+}
+
+/// A menu over a view, and a person in front of its window. A place in a script is a row's number, "here", where a
+/// press opened the menu, "left" and "below" for what is outside, or the "line" behind the rows.
 struct OpenMenu : OffscreenRig {
     explicit OpenMenu(std::initializer_list<const char*> titles = {"Sine", "Triangle", "Square", "Sawtooth"})
         : view(add(make<NSView>(NSRect{{100, 50}, {80, 20}}))), menu(make<NSMenu>()), log(make<ActionLog>())
     {
         for (const char* title : titles)
             log->watch(*menu->addItemWithTitle(NSString::string(title).get(), nullptr, nullptr));
+        const auto mouseVerb = [this](NSEventType type) {
+            return [this, type](const Step& step) { mouse(type, placeOf(step.what)); };
+        };
+        script.type = [this](const TypedKey& typed) { KeyInto(*menu, typed.key); };
+        script.verbs = {
+            {"press", mouseVerb(NSLeftMouseDown)},
+            {"rightPress", mouseVerb(NSRightMouseDown)},
+            {"move", mouseVerb(NSMouseMoved)},
+            {"drag", mouseVerb(NSLeftMouseDragged)},
+            {"release", mouseVerb(NSLeftMouseUp)},
+            {"click", [this](const Step& step) { click(placeOf(step.what)); }},
+            {"wait", [this](const Step& step) { advance(step.number()); }},
+        };
     }
     ~OpenMenu() { menu->cancelTracking(); }
     /// Below the view, as a press at its top left would open it.
@@ -36,8 +55,12 @@ struct OpenMenu : OffscreenRig {
         const NSPoint spot = view->convertPointToWindow({0, 0});
         return open(NSEvent::mouseEvent(NSLeftMouseDown, spot, 0, CFAbsoluteTimeGetCurrent(), window(), 1).get());
     }
-    static NSPoint rowAt(int index) { return {20, kPadding + kRow * index + kRow / 2}; }
-    NSPoint openingSpot() const { return {0, -22}; } // seen from the menu, whose anchor ends two points above it
+    /// Does the steps, and tells what was chosen or closed.
+    std::string play(std::string_view steps)
+    {
+        script.play(steps);
+        return log->take();
+    }
     void mouse(NSEventType type, NSPoint point)
     {
         const RetainPtr<NSWindow> in = menu->popUpWindow();
@@ -48,80 +71,65 @@ struct OpenMenu : OffscreenRig {
         mouse(NSLeftMouseDown, point);
         mouse(NSLeftMouseUp, point);
     }
-    void menuKey(unichar character)
+    static NSPoint rowAt(int index) { return {20, kPadding + kRow * index + kRow / 2}; }
+    static NSPoint placeOf(const std::string& what)
     {
-        const RetainPtr<NSWindow> in = menu->popUpWindow();
-        const auto text = NSString::string(std::u16string(1, character));
-        if (in) in->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, CFAbsoluteTimeGetCurrent(), in, text, text, false));
+        static const std::map<std::string, NSPoint> kPlaces = {
+            {"here", {0, -22}}, // the menu's anchor ends two points above it
+            {"left", {-5, 10}},
+            {"below", {20, 500}},
+            {"line", {20, kPadding + 4 * kRow + 3}},
+        };
+        const auto place = kPlaces.find(what);
+        return place == kPlaces.end() ? rowAt(std::stoi(what)) : place->second;
     }
 
     NSView* view;
     RetainPtr<NSMenu> menu;
     RetainPtr<ActionLog> log;
+    Script script;
 };
 
-TEST(NSMenu, KeysMoveAndChoose)
+TEST(NSMenu, KeysAndMouseMoveAndChoose)
 {
     static const struct {
         const char* why;
-        std::u16string keys;
+        const char* script;
         const char* log;
+        bool open = false;
     } kRows[] = {
-        {"the first from above", {NSDownArrowFunctionKey, NSCarriageReturnCharacter}, "chosen:Sine "},
-        {"the last from below", {NSUpArrowFunctionKey, u' '}, "chosen:Sawtooth "},
-        {"a disabled one is passed", {NSDownArrowFunctionKey, NSDownArrowFunctionKey, u' '}, "chosen:Square "},
-        {"round the end", {NSEndFunctionKey, NSDownArrowFunctionKey, u' '}, "chosen:Sine "},
-        {"End", {NSEndFunctionKey, NSEnterCharacter}, "chosen:Sawtooth "},
-        {"Home", {NSEndFunctionKey, NSHomeFunctionKey, u' '}, "chosen:Sine "},
-        {"a page", {NSHomeFunctionKey, NSPageDownFunctionKey, u' '}, "chosen:Sawtooth "},
-        {"a letter", {u's', u' '}, "chosen:Sine "},
-        {"letters that begin nothing", {u'S', u'S', u' '}, "chosen:Sine "},
-        {"more letters", {u's', u'q', u' '}, "chosen:Square "},
-        {"a letter of a disabled one", {u't', u' '}, "closed "},
-        {"nothing to choose", {NSCarriageReturnCharacter}, "closed "},
-        {"Escape", {NSDownArrowFunctionKey, NSEscapeCharacter}, "closed "},
-        {"Tab", {NSDownArrowFunctionKey, NSTabCharacter, u' '}, "closed "},
+        {"the first from above", "Down Ret", "chosen:Sine "},
+        {"the last from below", "Up _", "chosen:Sawtooth "},
+        {"a disabled one is passed", "Down Down _", "chosen:Square "},
+        {"round the end", "End Down _", "chosen:Sine "},
+        {"End", "End Enter", "chosen:Sawtooth "},
+        {"Home", "End Home _", "chosen:Sine "},
+        {"a page", "Home PageDown _", "chosen:Sawtooth "},
+        {"a letter", "s _", "chosen:Sine "},
+        {"letters that begin nothing", "S S _", "chosen:Sine "},
+        {"more letters", "s q _", "chosen:Square "},
+        {"letters after a pause begin anew", "s wait:1.5 s _", "chosen:Square "},
+        {"a letter of a disabled one", "t _", "closed "},
+        {"nothing to choose", "Ret", "closed "},
+        {"Escape", "Down Esc", "closed "},
+        {"Tab", "Down Tab _", "closed "},
+        {"a click opens it and another chooses", "release:here move:1 click:2", "chosen:Square "},
+        {"a press drawn into it", "drag:0 drag:3 release:3", "chosen:Sawtooth "},
+        {"a press drawn past it", "drag:below release:below", "closed "},
+        {"a press outside", "press:left", "closed "},
+        {"a right press outside", "rightPress:below", "closed "},
+        {"a disabled row", "click:1", "", true},
+        {"a line between rows", "click:line", "", true},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
         OpenMenu rig;
         rig.menu->itemArray()[1]->setEnabled(false);
-        ASSERT_TRUE(rig.open());
-        for (const unichar key : row.keys) rig.menuKey(key);
-        EXPECT_EQ(rig.log->take(), row.log);
+        rig.menu->addItem(NSMenuItem::separatorItem().get());
+        ASSERT_TRUE(rig.openByPress());
+        EXPECT_EQ(rig.play(row.script), row.log);
+        EXPECT_EQ(rig.menu->isOpen(), row.open);
     }
-}
-
-TEST(NSMenu, LettersAfterAPauseBeginAnew)
-{
-    OpenMenu rig;
-    rig.open();
-    rig.menuKey(u's');
-    rig.advance(1.5);
-    rig.menuKey(u's');
-    rig.menuKey(u' ');
-    EXPECT_EQ(rig.log->take(), "chosen:Square ");
-}
-
-TEST(NSMenu, AClickOpensAndAnotherChooses)
-{
-    OpenMenu rig;
-    ASSERT_TRUE(rig.openByPress());
-    rig.mouse(NSLeftMouseUp, rig.openingSpot());
-    EXPECT_TRUE(rig.menu->isOpen());
-    rig.mouse(NSMouseMoved, rig.rowAt(1));
-    rig.click(rig.rowAt(2));
-    EXPECT_EQ(rig.log->take(), "chosen:Square ");
-}
-
-TEST(NSMenu, APressDrawnIntoItChoosesAtTheRelease)
-{
-    OpenMenu rig;
-    rig.openByPress();
-    rig.mouse(NSLeftMouseDragged, rig.rowAt(0));
-    rig.mouse(NSLeftMouseDragged, rig.rowAt(3));
-    rig.mouse(NSLeftMouseUp, rig.rowAt(3));
-    EXPECT_EQ(rig.log->take(), "chosen:Sawtooth ");
 }
 
 TEST(NSMenu, AReleaseWhereItOpenedChoosesNothing)
@@ -134,8 +142,7 @@ TEST(NSMenu, AReleaseWhereItOpenedChoosesNothing)
     rig.mouse(NSRightMouseDragged, {2, 4});
     rig.mouse(NSRightMouseUp, {2, 4});
     EXPECT_TRUE(rig.menu->isOpen());
-    rig.click(rig.rowAt(0));
-    EXPECT_EQ(rig.log->take(), "Sine ");
+    EXPECT_EQ(rig.play("click:0"), "Sine ");
 }
 
 TEST(NSMenu, ClosesWithoutAChoice)
@@ -144,19 +151,6 @@ TEST(NSMenu, ClosesWithoutAChoice)
         const char* why;
         void (*end)(OpenMenu&);
     } kRows[] = {
-        {"a press outside",
-         [](OpenMenu& rig) {
-             rig.mouse(NSLeftMouseDown, {-5, 10});
-         }},
-        {"a right press outside",
-         [](OpenMenu& rig) {
-             rig.mouse(NSRightMouseDown, {20, 500});
-         }},
-        {"a press drawn past it",
-         [](OpenMenu& rig) {
-             rig.mouse(NSLeftMouseDragged, {20, 400});
-             rig.mouse(NSLeftMouseUp, {20, 400});
-         }},
         {"its window is closed", [](OpenMenu& rig) { rig.menu->popUpWindow()->close(); }},
         {"its view is hidden", [](OpenMenu& rig) { rig.content()->setHidden(true); }},
         {"its view leaves", [](OpenMenu& rig) { rig.view->removeFromSuperview(); }},
@@ -178,18 +172,6 @@ TEST(NSMenu, ClosesWithoutAChoice)
         EXPECT_FALSE(rig.menu->isOpen());
         EXPECT_EQ(rig.log->take(), "closed ");
     }
-}
-
-TEST(NSMenu, ADisabledRowIsNotChosen)
-{
-    OpenMenu rig;
-    rig.menu->itemArray()[1]->setEnabled(false);
-    rig.menu->addItem(NSMenuItem::separatorItem().get());
-    rig.open();
-    rig.click(rig.rowAt(1));
-    rig.click({20, kPadding + 4 * kRow + 3});
-    EXPECT_TRUE(rig.menu->isOpen());
-    EXPECT_EQ(rig.log->take(), "");
 }
 
 TEST(NSMenu, DoesNotOpenWhereThereIsNothingToShow)
@@ -233,8 +215,7 @@ TEST(NSMenu, OutlivesItsTarget)
     OpenMenu rig({"One"});
     rig.open();
     rig.log = make<ActionLog>();
-    rig.click(rig.rowAt(0));
-    EXPECT_EQ(rig.log->take(), "chosen:");
+    EXPECT_EQ(rig.play("click:0"), "chosen:");
 }
 
 TEST(NSMenu, AnActionMayTakeEverythingAway)
@@ -246,8 +227,7 @@ TEST(NSMenu, AnActionMayTakeEverythingAway)
         rig.window()->close();
     };
     rig.open();
-    rig.click(rig.rowAt(0));
-    EXPECT_EQ(rig.log->take(), "chosen:Sine ");
+    EXPECT_EQ(rig.play("click:0"), "chosen:Sine ");
 }
 
 TEST(NSMenu, AnActionMayOpenAnother)
@@ -255,10 +235,8 @@ TEST(NSMenu, AnActionMayOpenAnother)
     OpenMenu rig;
     rig.log->also = [&] { rig.open(); };
     rig.open();
-    rig.click(rig.rowAt(1));
-    EXPECT_TRUE(rig.menu->isOpen());
-    rig.menuKey(NSEscapeCharacter);
-    EXPECT_EQ(rig.log->take(), "chosen:Triangle closed ");
+    EXPECT_EQ(rig.play("click:1"), "chosen:Triangle ");
+    EXPECT_EQ(rig.play("Esc"), "closed ");
 }
 
 TEST(NSMenuFrame, StaysOnTheScreen)
@@ -291,7 +269,7 @@ TEST(NSMenu, ALongOneScrolls)
     ASSERT_TRUE(rig.open());
     const CGFloat height = rig.menu->popUpWindow()->contentSize().height;
     EXPECT_EQ(height, rig.window()->screenFrame().size.height);
-    rig.menuKey(NSEndFunctionKey);
+    rig.play("End");
     rig.click({20, height - kPadding - kRow / 2}); // the last row is where the keys brought it
     EXPECT_EQ(rig.log->take(), "chosen:199 ");
 
@@ -304,29 +282,25 @@ TEST(NSMenu, ALongOneScrolls)
 
 // --- the button that opens one
 
-struct Choices : OffscreenRig {
-    Choices() : button(add(make<NSPopUpButton>(NSRect{{20, 20}, {160, 28}}))), log(make<ActionLog>())
+/// Keys of a script go to the menu while it is open.
+struct Choices : ControlRig<NSPopUpButton> {
+    Choices() : ControlRig({{20, 20}, {160, 28}}), button(control)
     {
         for (const auto& title : {"Sine"_ns, "Triangle"_ns, "Square"_ns}) button->addItemWithTitle(title.get());
-        log->watch(*button);
-    }
-    void menuKey(unichar character)
-    {
-        NSWindow* const in = button->menuOfItems()->popUpWindow();
-        ASSERT_TRUE(in);
-        const auto text = NSString::string(std::u16string(1, character));
-        in->sendEvent(*NSEvent::keyEvent(NSKeyDown, 0, CFAbsoluteTimeGetCurrent(), in, text, text, false));
+        window()->makeFirstResponder(button);
+        script.type = [this](const TypedKey& typed) {
+            isOpen() ? KeyInto(*button->menuOfItems(), typed.key) : void(key(typed.key));
+            log->text += button->isHighlighted() ? "pressed " : "raised ";
+        };
     }
     bool isOpen() const { return button->menuOfItems()->isOpen(); }
 
     NSPopUpButton* button;
-    RetainPtr<ActionLog> log;
 };
 
 TEST(NSPopUpButton, SelectsByIndexAndTitle)
 {
     Choices rig;
-    EXPECT_EQ(rig.button->numberOfItems(), 3);
     EXPECT_EQ(rig.button->indexOfSelectedItem(), 0);
     rig.button->setTitle("Square"_ns.get());
     EXPECT_EQ(rig.button->indexOfSelectedItem(), 2);
@@ -345,68 +319,48 @@ TEST(NSPopUpButton, SelectsByIndexAndTitle)
     EXPECT_EQ(rig.log->take(), "");
 }
 
-TEST(NSPopUpButton, KeysOpenTheMenuAtTheSelection)
+TEST(NSPopUpButton, SendsWhatAPersonChooses)
 {
-    for (const unichar key : {unichar(u' '), unichar(NSCarriageReturnCharacter), unichar(NSUpArrowFunctionKey),
-                              unichar(NSDownArrowFunctionKey)}) {
-        SCOPED_TRACE(static_cast<int>(key));
+    static const struct {
+        const char* why;
+        const char* script;
+        const char* log;
+    } kRows[] = {
+        {"Space opens the menu at the selection", "_ Down Ret", "pressed pressed 2 raised "},
+        {"Return", "Ret Down Ret", "pressed pressed 2 raised "},
+        {"Up", "Up Down Ret", "pressed pressed 2 raised "},
+        {"Down", "Down Down Ret", "pressed pressed 2 raised "},
+        {"a choice is sent also when it stays the same", "press:50,10 Ret", "1 raised "},
+        {"Escape sends nothing", "press:50,10 Esc", "raised "},
+        {"the wheel changes nothing", "wheel:-1", ""},
+        {"disabled in the middle", "press:50,10 disable enable Esc", "raised "},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
         Choices rig;
         rig.button->selectItemAtIndex(1);
-        rig.window()->makeFirstResponder(rig.button);
-        rig.key(key);
-        ASSERT_TRUE(rig.isOpen());
-        EXPECT_TRUE(rig.button->isHighlighted());
-        rig.menuKey(NSDownArrowFunctionKey);
-        rig.menuKey(NSCarriageReturnCharacter);
-        EXPECT_EQ(rig.log->take(), "2 ");
-        EXPECT_FALSE(rig.button->isHighlighted());
+        EXPECT_EQ(rig.play(row.script), row.log);
+        EXPECT_FALSE(rig.isOpen());
     }
 }
 
-TEST(NSPopUpButton, AChoiceIsSentAlsoWhenItStaysTheSame)
+TEST(NSPopUpButton, HasNoOpenMenuWhereThereIsNothingToChooseOrNoWindow)
 {
     Choices rig;
-    rig.press(rig.button, {50, 10});
-    rig.menuKey(NSCarriageReturnCharacter);
-    EXPECT_EQ(rig.log->take(), "0 ");
-    rig.press(rig.button, {50, 10});
-    rig.menuKey(NSEscapeCharacter);
-    EXPECT_EQ(rig.log->take(), "");
-}
+    const RetainPtr<NSMenu> menu = rig.button->menuOfItems();
+    rig.play("press:50,10");
+    ASSERT_TRUE(menu->isOpen());
+    rig.play("remove");
+    EXPECT_FALSE(menu->isOpen());
 
-TEST(NSPopUpButton, OpensNothingWhereThereIsNothingToChoose)
-{
-    Choices rig;
+    rig.add(rig.owner);
     rig.button->removeAllItems();
-    rig.press(rig.button, {50, 10});
+    rig.play("press:50,10");
     EXPECT_FALSE(rig.isOpen());
     EXPECT_FALSE(rig.button->isHighlighted());
     rig.button->addItemWithTitle("Sine"_ns.get());
-    rig.button->setEnabled(false);
-    rig.press(rig.button, {50, 10});
+    EXPECT_EQ(rig.play("disable press:50,10"), "");
     EXPECT_FALSE(rig.isOpen());
-}
-
-TEST(NSPopUpButton, ClosesItsMenuWhenDisabledOrRemoved)
-{
-    Choices rig;
-    rig.press(rig.button, {50, 10});
-    rig.button->setEnabled(false);
-    EXPECT_FALSE(rig.isOpen());
-    rig.button->setEnabled(true);
-    rig.press(rig.button, {50, 10});
-    const RetainPtr<NSMenu> menu = rig.button->menuOfItems();
-    rig.button->removeFromSuperview();
-    EXPECT_FALSE(menu->isOpen());
-    EXPECT_EQ(rig.log->take(), "");
-}
-
-TEST(NSPopUpButton, TheWheelChangesNothing)
-{
-    Choices rig;
-    rig.scroll(rig.button, {50, 10}, -1);
-    EXPECT_EQ(rig.button->indexOfSelectedItem(), 0);
-    EXPECT_EQ(rig.log->take(), "");
 }
 
 } // namespace

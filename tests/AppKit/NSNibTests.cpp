@@ -1,9 +1,11 @@
 #include "AppKit/NSNib.h"
 
+#include "AppKit/NSButton.h"
 #include "AppKit/NSColor.h"
 #include "AppKit/NSPopUpButton.h"
 #include "AppKit/NSSlider.h"
 #include "AppKit/NSSliderCell.h"
+#include "AppKit/NSStepper.h"
 #include "AppKit/NSTextField.h"
 #include "Foundation/NSLog.h"
 #include "Support/OffscreenRig.h"
@@ -94,17 +96,24 @@ constexpr std::string_view kGood = R"(<?xml version="1.0" encoding="UTF-8"?>
           </subviews>
         </box>
         <slider id="3" customClass="NibSlider"><rect key="frame" x="10" y="60" width="120" height="26"/>
-          <sliderCell key="cell" minValue="-10" maxValue="10" doubleValue="2.5" customClass="NibCell"/>
+          <sliderCell key="cell" minValue="-10" maxValue="10" doubleValue="2.5" continuous="NO" customClass="NibCell"/>
           <connections><action selector="moved:" target="1"/></connections>
         </slider>
-        <slider id="4" customClass="NibSlider" initializer="frame"><rect key="frame" x="140" y="60" width="20" height="20"/>
+        <slider id="4" customClass="NibSlider" initializer="frame"><rect key="frame" x="140" y="0" width="26" height="90"/>
           <sliderCell key="cell" maxValue="5"/>
         </slider>
         <popUpButton id="6"><rect key="frame" x="0" y="40" width="80" height="20"/>
           <popUpButtonCell key="cell"><menu key="menu"><items>
-            <menuItem id="7" title="Sine"/><menuItem id="8" title="Square"/>
+            <menuItem id="7" title="Sine"/><menuItem id="8" title="Square" state="on"/>
           </items></menu></popUpButtonCell>
         </popUpButton>
+        <button id="9"><rect key="frame" x="0" y="0" width="100" height="26"/>
+          <buttonCell key="cell" type="check" title="Log" state="on" enabled="NO"/></button>
+        <button id="10"><rect key="frame" x="0" y="0" width="30" height="30"/>
+          <buttonCell key="cell" type="push" bezelStyle="helpButton"/></button>
+        <stepper id="11"><rect key="frame" x="0" y="0" width="24" height="28"/>
+          <stepperCell key="cell" minValue="0.1" maxValue="3600" increment="0.25" doubleValue="2.5" valueWraps="YES"
+           autorepeat="NO"/></stepper>
       </subviews>
       <connections>
         <outlet property="slider" destination="3"/>
@@ -157,13 +166,40 @@ TEST(NSNib, ObjectsAreMadeThenConnectedThenAwake)
     ASSERT_TRUE(view);
     NSSlider* const slider = view->slider.get();
     EXPECT_TRUE(slider->cell()->isKindOfClass<NibCell>());
-    EXPECT_EQ(slider->minValue(), -10);
     slider->sendAction(slider->action(), slider->target());
     EXPECT_THAT(theLog, testing::EndsWith("moved "));
-    const auto* const second = asKind<NSSlider>(view->subviews().at(2).get());
-    EXPECT_EQ(second->maxValue(), 5);
-    const auto* const popUp = asKind<NSPopUpButton>(view->subviews().at(3).get());
-    EXPECT_EQ(popUp->menuOfItems()->itemArray().size(), 2U);
+}
+
+TEST(NSNib, ControlsReadTheirCells)
+{
+    const Loaded nib(kGood);
+    const auto& views = nib.owner->view.get()->subviews();
+    const auto* const slider = asKind<NSSlider>(views.at(1).get());
+    EXPECT_EQ(slider->minValue(), -10);
+    EXPECT_EQ(slider->maxValue(), 10);
+    EXPECT_FALSE(slider->isContinuous());
+    const auto* const tall = asKind<NSSlider>(views.at(2).get());
+    EXPECT_EQ(tall->maxValue(), 5);
+    EXPECT_TRUE(tall->isVertical());
+
+    const auto* const popUp = asKind<NSPopUpButton>(views.at(3).get());
+    EXPECT_EQ(popUp->numberOfItems(), 2);
+    EXPECT_EQ(popUp->titleOfSelectedItem()->utf8(), "Square");
+
+    const auto* const check = asKind<NSButton>(views.at(4).get());
+    EXPECT_EQ(check->state(), NSOnState);
+    EXPECT_EQ(check->title()->utf8(), "Log");
+    EXPECT_FALSE(check->isEnabled());
+    EXPECT_EQ(check->focusRingBounds().size, (NSSize{18, 18})) << "the ring goes around the box";
+    EXPECT_EQ(asKind<NSButton>(views.at(5).get())->focusRingBounds(), (NSRect{{3, 3}, {24, 24}}));
+
+    const auto* const stepper = asKind<NSStepper>(views.at(6).get());
+    EXPECT_EQ(stepper->minValue(), 0.1);
+    EXPECT_EQ(stepper->maxValue(), 3600);
+    EXPECT_EQ(stepper->increment(), 0.25);
+    EXPECT_EQ(stepper->doubleValue(), 2.5);
+    EXPECT_TRUE(stepper->valueWraps());
+    EXPECT_FALSE(stepper->autorepeat());
 }
 
 TEST(NSNib, FramesAreTurnedOverInsideTheirSuperview)
@@ -206,13 +242,13 @@ TEST(NSNib, WhatIsWrongIsNamedWithItsLineAndTheRestIsLoaded)
         {"property=\"view\"", "property=\"vieww\"", "Panel.xib:5: unknown outlet “vieww” of NibOwner"},
         {"property=\"view\"", "property=\"vieww\"", "Panel.xib:4: the outlet “view” of NibOwner is not connected"},
         {"property=\"slider\" destination=\"3\"", "property=\"slider\" destination=\"99\"",
-         "Panel.xib:37: no element has the id “99”"},
+         "Panel.xib:44: no element has the id “99”"},
         {"property=\"slider\" destination=\"3\"", "property=\"slider\" destination=\"5\"",
-         "Panel.xib:37: the outlet “slider” of NibView takes a NSSlider, not a NSTextField"},
+         "Panel.xib:44: the outlet “slider” of NibView takes a NSSlider, not a NSTextField"},
         {"<outlet property=\"field\" destination=\"5\"/>", "",
          "Panel.xib:9: the outlet “field” of NibView is not connected"},
         {"<outlet property=\"field\" destination=\"5\"/>", "<binding name=\"value\"/>",
-         "Panel.xib:38: unknown connection “binding”"},
+         "Panel.xib:45: unknown connection “binding”"},
         {"selector=\"moved:\"", "selector=\"move:\"", "Panel.xib:25: unknown action “move:” of NibView"},
         {"target=\"1\"", "target=\"-1\"", "Panel.xib:25: no element has the id “-1”"},
         {"minValue=\"-10\"", "minValue=\"-1O\"", "Panel.xib:24: “-1O” in “minValue” is no number"},

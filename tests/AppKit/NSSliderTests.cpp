@@ -1,8 +1,7 @@
 #include "AppKit/NSSlider.h"
 
-#include "AppKit/ActionLog.h"
 #include "Foundation/NSKeyValueBinding.h"
-#include "Support/OffscreenRig.h"
+#include "Script.h"
 
 #include <gmock/gmock.h>
 
@@ -54,16 +53,30 @@ TEST(NSSliderCell, KeepsItsRangeWhenGivenNoNumber)
     EXPECT_EQ(cell->maxValue(), 1);
 }
 
-struct Drag : OffscreenRig {
-    Drag() : slider(add(make<NSSlider>(NSRect{{20, 20}, {220, 26}}))), log(make<ActionLog>())
+/// Notes how each press ends, too.
+class HookedSlider : public NSSlider {
+public:
+    void trackingDidEnd(bool byRelease) override
+    {
+        NSSlider::trackingDidEnd(byRelease);
+        dynamic_cast<ActionLog&>(*target()).text += byRelease ? "released " : "broken ";
+    }
+    void setDoubleValue(double value) override
+    {
+        if (window() && window()->trackingView() == this) ADD_FAILURE() << "tracking sets the cell";
+        NSSlider::setDoubleValue(value);
+    }
+};
+
+/// With two points of travel for each unit; 0 stands at x = 10. A number in a script is a value's place.
+struct Drag : ControlRig<HookedSlider> {
+    explicit Drag(NSRect frame = {{20, 20}, {220, 26}}) : ControlRig(frame), slider(control)
     {
         slider->setMaxValue(100);
-        log->watch(*slider); // two points of travel for each unit; 0 stands at x = 10
     }
-    NSPoint at(double value) const { return slider->knobCenterForValue(value); }
+    NSPoint at(double value) const override { return slider->knobCenterForValue(value); }
 
     NSSlider* slider;
-    RetainPtr<ActionLog> log;
 };
 
 TEST(NSSlider, KnobStandsWhereItsValueIs)
@@ -72,148 +85,64 @@ TEST(NSSlider, KnobStandsWhereItsValueIs)
     EXPECT_EQ(rig.at(0), (NSPoint{10, 13.5}));
     EXPECT_EQ(rig.at(50), (NSPoint{110, 13.5}));
     EXPECT_EQ(rig.at(1000), (NSPoint{210, 13.5}));
-    const auto tall = make<NSSlider>(NSRect{{0, 0}, {26, 120}});
-    EXPECT_TRUE(tall->isVertical());
-    EXPECT_EQ(tall->knobCenterForValue(0), (NSPoint{13.5, 110}));
-    EXPECT_EQ(tall->knobCenterForValue(1), (NSPoint{13.5, 10}));
+    Drag tall({{0, 0}, {26, 120}});
+    EXPECT_EQ(tall.at(0), (NSPoint{13.5, 110}));
+    EXPECT_EQ(tall.at(100), (NSPoint{13.5, 10}));
 }
 
-TEST(NSSlider, APressOnTheKnobMovesNothing)
+TEST(NSSlider, SendsWhatAPersonDoes)
 {
-    Drag rig;
-    rig.slider->setDoubleValue(50);
-    rig.press(rig.slider, {117, 20});
-    rig.dragTo(rig.slider, {117, 20});
-    EXPECT_EQ(rig.log->take(), "");
-    rig.dragTo(rig.slider, {119, 5}); // the place where it was taken stays under the pointer
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "51 ");
-}
-
-TEST(NSSlider, APressOnTheTrackBringsTheKnobAndDragsOn)
-{
-    Drag rig;
-    rig.press(rig.slider, rig.at(25));
-    rig.dragTo(rig.slider, rig.at(30));
-    rig.dragTo(rig.slider, {900, 13}); // far outside
-    rig.dragTo(rig.slider, {950, 13}); // no further
-    rig.dragTo(rig.slider, rig.at(99));
-    rig.release();
-    rig.dragTo(rig.slider, rig.at(10)); // nobody's drag
-    EXPECT_EQ(rig.log->take(), "25 30 100 99 ");
-}
-
-TEST(NSSlider, ShiftMovesATenthOfTheWay)
-{
-    Drag rig;
-    rig.press(rig.slider, rig.at(40));
-    rig.dragTo(rig.slider, rig.at(50));
-    rig.dragTo(rig.slider, rig.at(50), NSShiftKeyMask); // holding it moves nothing
-    rig.dragTo(rig.slider, rig.at(70), NSShiftKeyMask);
-    rig.dragTo(rig.slider, rig.at(70)); // nor does letting go
-    rig.dragTo(rig.slider, rig.at(73));
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "40 50 52 55 ");
+    static const struct {
+        const char* why;
+        double start;
+        const char* script;
+        const char* log;
+        double end;
+    } kRows[] = {
+        {"a press on the knob moves nothing", 50, "press:117,20 drag:117,20 release", "released ", 50},
+        {"the place where it was taken stays under the pointer", 50, "press:117,20 drag:119,5 release", "51 released ",
+         51},
+        {"a press on the track brings the knob and drags on", 0, "press:25 drag:30 drag:99 release drag:10",
+         "25 30 99 released ", 99},
+        {"no further than its end", 0, "press:25 drag:900,13 drag:950,13 drag:99 release", "25 100 99 released ", 99},
+        {"Shift moves a tenth; pressing and leaving it moves nothing", 0,
+         "press:40 drag:50 S-drag:50 S-drag:70 drag:70 drag:73 release", "40 50 52 55 released ", 55},
+        {"the wheel moves a hundredth of the range", 0, "wheel:3 wheel:-1 wheel:-50 wheel:-1", "3 2 0 ", 0},
+        {"hidden in a drag", 0, "press:25 hide drag:30 release", "25 broken ", 25},
+        {"disabled in a drag", 0, "press:80 disable drag:20 release", "80 released ", 80},
+        {"removed in a drag", 0, "press:25 remove", "25 broken ", 25},
+        {"disabled before", 10, "disable press:70 drag:80 release wheel:1", "broken ", 10},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        Drag rig;
+        rig.slider->setDoubleValue(row.start);
+        EXPECT_EQ(rig.play(row.script), row.log);
+        EXPECT_EQ(rig.slider->doubleValue(), row.end);
+    }
 }
 
 TEST(NSSlider, AVerticalOneRisesUpward)
 {
-    OffscreenRig rig;
-    auto* slider = rig.add(make<NSSlider>(NSRect{{0, 0}, {26, 120}}));
-    slider->setMaxValue(100);
-    const auto log = make<ActionLog>();
-    log->watch(*slider);
-    rig.press(slider, {13, 110}); // on the knob
-    rig.dragTo(slider, {13, 85});
-    rig.release();
-    rig.scroll(slider, {13, 60}, 2);
-    EXPECT_EQ(log->take(), "25 27 ");
+    Drag rig({{0, 0}, {26, 120}});
+    EXPECT_EQ(rig.play("press:13,110 drag:13,85 release wheel:2"), "25 released 27 ");
 }
 
 TEST(NSSlider, SendsOnceAtTheReleaseUnlessContinuous)
 {
     Drag rig;
     rig.slider->setContinuous(false);
-    rig.press(rig.slider, rig.at(25));
-    rig.dragTo(rig.slider, rig.at(60));
+    EXPECT_EQ(rig.play("press:25 drag:60"), "");
     EXPECT_EQ(rig.slider->doubleValue(), 60);
-    EXPECT_EQ(rig.log->take(), "");
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "60 ");
-    rig.press(rig.slider, rig.at(60));
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "");
-}
-
-TEST(NSSlider, TheWheelMovesAHundredthOfTheRange)
-{
-    Drag rig;
-    rig.scroll(rig.slider, {5, 5}, 3);
-    rig.scroll(rig.slider, {5, 5}, -1);
-    rig.scroll(rig.slider, {5, 5}, -50);
-    rig.scroll(rig.slider, {5, 5}, -1); // at the end
-    EXPECT_EQ(rig.log->take(), "3 2 0 ");
-}
-
-class HookedSlider : public NSSlider {
-public:
-    void trackingDidEnd(bool byRelease) override
-    {
-        NSSlider::trackingDidEnd(byRelease);
-        ends += byRelease ? "release " : "broken ";
-    }
-    void setDoubleValue(double) override { ADD_FAILURE() << "tracking sets the cell"; }
-    std::string ends;
-};
-
-TEST(NSSlider, EveryPressEndsOnce)
-{
-    OffscreenRig rig;
-    auto* slider = rig.add(make<HookedSlider>(NSRect{{0, 0}, {220, 26}}));
-    const auto keep = RetainPtr<HookedSlider>(slider);
-    rig.press(slider, {50, 13});
-    rig.release();
-    EXPECT_EQ(slider->ends, "release ");
-
-    rig.press(slider, {60, 13});
-    slider->setHidden(true);
-    rig.release();
-    EXPECT_EQ(slider->ends, "release broken ");
-
-    slider->setHidden(false);
-    slider->setEnabled(false);
-    const double held = slider->doubleValue();
-    rig.press(slider, {150, 13});
-    rig.dragTo(slider, {160, 13});
-    rig.release();
-    rig.scroll(slider, {60, 13}, 1);
-    EXPECT_EQ(slider->ends, "release broken broken ");
-    EXPECT_EQ(slider->doubleValue(), held);
-
-    slider->setEnabled(true);
-    rig.press(slider, {60, 13});
-    slider->removeFromSuperview();
-    EXPECT_EQ(slider->ends, "release broken broken broken ");
+    EXPECT_EQ(rig.play("release | press:60 release"), "60 released | released ");
 }
 
 TEST(NSSlider, SurvivesAnActionThatRemovesIt)
 {
     Drag rig;
     rig.log->also = [&] { rig.slider->removeFromSuperview(); };
-    rig.press(rig.slider, rig.at(80));
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "80 ");
+    EXPECT_EQ(rig.play("press:80 release"), "80 broken ");
     EXPECT_TRUE(rig.content()->subviews().empty());
-}
-
-TEST(NSSlider, IsDisabledInMidDragWithoutMovingOn)
-{
-    Drag rig;
-    rig.press(rig.slider, rig.at(80));
-    rig.slider->setEnabled(false);
-    rig.dragTo(rig.slider, rig.at(20));
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "80 ");
 }
 
 TEST(NSSlider, WritesTheBoundValue)
@@ -223,10 +152,8 @@ TEST(NSSlider, WritesTheBoundValue)
     model->setValue(NSNumber::numberWithDouble(10).get(), "gain"_ns.get());
     rig.slider->bind(NSValueBinding, model, "gain"_ns.get());
     EXPECT_EQ(rig.slider->doubleValue(), 10);
-    rig.press(rig.slider, rig.at(75));
-    rig.release();
+    EXPECT_EQ(rig.play("press:75 release"), "75 released ");
     EXPECT_EQ(NSUnbox<double>(model->valueForKey("gain"_ns.get()).get()), 75);
-    EXPECT_EQ(rig.log->take(), "75 ");
 }
 
 TEST(NSSlider, ARangeIsAnnouncedAndTheValueFollowsSilently)

@@ -1,7 +1,6 @@
 #include "AppKit/NSStepper.h"
 
-#include "AppKit/ActionLog.h"
-#include "Support/OffscreenRig.h"
+#include "Script.h"
 
 #include <gmock/gmock.h>
 
@@ -51,89 +50,47 @@ TEST(NSStepperCell, HoldsValuesWithinItsRange)
     EXPECT_EQ(cell->doubleValue(), 10); // the maximum wins
 }
 
-struct Steps : OffscreenRig {
-    Steps() : stepper(add(make<NSStepper>(NSRect{{20, 20}, {24, 28}}))), log(make<ActionLog>())
-    {
-        log->watch(*stepper);
-    }
-
-    NSPoint up{12, 5}, down{12, 22};
-    NSStepper* stepper;
-    RetainPtr<ActionLog> log;
+/// A positive number in a script is the upper arrow, a negative one the lower.
+struct Steps : ControlRig<NSStepper> {
+    Steps() : ControlRig({{20, 20}, {24, 28}}) {}
+    NSPoint at(double way) const override { return {12, way > 0 ? 5.0 : 22.0}; }
 };
 
-TEST(NSStepper, StepsByMouseKeysAndWheel)
+TEST(NSStepper, SendsWhatAPersonDoes)
 {
-    Steps rig;
-    rig.press(rig.stepper, rig.up);
-    rig.release();
-    rig.key(NSUpArrowFunctionKey);
-    rig.scroll(rig.stepper, rig.up, 2);
-    rig.press(rig.stepper, rig.down);
-    rig.release();
-    rig.key(NSDownArrowFunctionKey);
-    EXPECT_EQ(rig.log->take(), "1 2 4 3 2 ");
-}
-
-TEST(NSStepper, PartsOfANotchAddUp)
-{
-    Steps rig;
-    for (int i = 0; i < 4; ++i) rig.scroll(rig.stepper, rig.up, 0.5);
-    EXPECT_EQ(rig.log->take(), "1 2 ");
-}
-
-TEST(NSStepper, AHeldButtonRepeatsWhileThePointerIsOverIt)
-{
-    Steps rig;
-    rig.press(rig.stepper, rig.up);
-    rig.advance(0.45);
-    EXPECT_EQ(rig.log->take(), "1 ");
-    rig.advance(0.30); // at 0.5, 0.6 and 0.7
-    EXPECT_EQ(rig.log->take(), "2 3 4 ");
-    rig.dragTo(rig.stepper, rig.down);
-    rig.advance(1);
-    EXPECT_EQ(rig.log->take(), "");
-    rig.dragTo(rig.stepper, rig.up);
-    rig.advance(0.1);
-    EXPECT_EQ(rig.log->take(), "5 ");
-    rig.release();
-    rig.advance(1);
-    EXPECT_EQ(rig.log->take(), "");
+    static const struct {
+        const char* why;
+        const char* script;
+        const char* log;
+    } kRows[] = {
+        {"mouse, keys and wheel", "press:1 release Up wheel:2 press:-1 release Down", "1 2 4 3 2 "},
+        {"parts of a notch add up", "wheel:0.5 wheel:0.5 wheel:0.5 wheel:0.5", "1 2 "},
+        {"a held button repeats at 0.5, 0.6 and 0.7", "press:1 wait:0.45 | wait:0.30", "1 | 2 3 4 "},
+        {"while the pointer is over it", "press:1 drag:-1 wait:1 | drag:1 wait:0.1", "1 | 2 "},
+        {"until its release", "press:1 wait:0.5 release | wait:1", "1 2 | "},
+        {"or the press is ended", "press:1 hide wait:2", "1 "},
+        {"nothing is sent at an end", "press:-1 release", ""},
+        {"nor when disabled", "disable press:1 release", ""},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        Steps rig;
+        EXPECT_EQ(rig.play(row.script), row.log);
+    }
 }
 
 TEST(NSStepper, RepeatsOnlyWhereItShall)
 {
     Steps rig;
-    rig.stepper->setAutorepeat(false);
-    rig.press(rig.stepper, rig.up);
-    rig.advance(2);
-    EXPECT_EQ(rig.log->take(), "1 ");
-    rig.release();
-    rig.stepper->setAutorepeat(true);
-    rig.press(rig.stepper, rig.up);
-    rig.stepper->setHidden(true); // ends the press
-    rig.advance(2);
-    EXPECT_EQ(rig.log->take(), "2 ");
+    rig.control->setAutorepeat(false);
+    EXPECT_EQ(rig.play("press:1 wait:2"), "1 ");
 }
 
 TEST(NSStepper, AnActionMayRemoveIt)
 {
     Steps rig;
-    rig.log->also = [&] { rig.stepper->removeFromSuperview(); };
-    rig.press(rig.stepper, rig.up);
-    rig.advance(2);
-    EXPECT_EQ(rig.log->take(), "1 ");
-}
-
-TEST(NSStepper, AtAnEndNothingIsSent)
-{
-    Steps rig;
-    rig.press(rig.stepper, rig.down);
-    rig.release();
-    rig.stepper->setEnabled(false);
-    rig.press(rig.stepper, rig.up);
-    rig.release();
-    EXPECT_EQ(rig.log->take(), "");
+    rig.log->also = [&] { rig.control->removeFromSuperview(); };
+    EXPECT_EQ(rig.play("press:1 wait:2"), "1 ");
 }
 
 } // namespace

@@ -115,18 +115,6 @@ TEST(NSTextEditing, LongTextIsCutAtACharacter)
     EXPECT_EQ(Shown(editing), "c|");
 }
 
-TEST(NSTextEditing, RestartKeepsTheSelection)
-{
-    NSTextEditing editing(SimpleBreaks);
-    editing.start(u"440");
-    editing.selectAll();
-    editing.restart(u"8000");
-    EXPECT_EQ(Shown(editing), "[8000|]");
-    editing.press(3, character, no);
-    editing.restart(u"\U0001D11E");
-    EXPECT_EQ(Shown(editing), "\U0001D11E|");
-}
-
 TEST(NSTextEditing, UndoAndRedoWalkTheSameTexts)
 {
     std::mt19937 random(20110411);

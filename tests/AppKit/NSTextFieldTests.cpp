@@ -1,11 +1,7 @@
 #include "AppKit/NSPasteboard.h"
 #include "AppKit/NSTextField.h"
-#include "Support/OffscreenRig.h"
-#include "TypedKeys.h"
+#include "Script.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
 #include <stdexcept>
 
 namespace {
@@ -58,7 +54,7 @@ public:
 NS_CLASS_TABLE(Target, NSObject, "")
     .action("fieldChanged:", &Target::fieldChanged) NS_CLASS_TABLE_END
 
-    /// Two fields, the first with a formatter, in a window.
+    /// Two fields, the first with a formatter, in a window. An Escape that goes on is noted as "on".
     struct Fields {
     std::string log; // of formatter and target together
     OffscreenRig rig{{300, 200}};
@@ -75,10 +71,32 @@ NS_CLASS_TABLE(Target, NSObject, "")
         field->setIntValue(440);
         field->setTarget(target);
         field->setAction("fieldChanged:");
+        script.typesWords = true;
+        script.type = [this](const TypedKey& key) {
+            const bool wanted = rig.window()->sendEvent(*EventOf(key, rig.window()));
+            if (!wanted && key.key == NSEscapeCharacter) log += "on ";
+        };
+        script.verbs = {
+            {"focus", [this](const Step&) { focus(); }},
+            {"leave", [this](const Step&) { rig.window()->makeFirstResponder(nullptr); }},
+            {"elsewhere", [this](const Step&) { rig.click(other); }},
+            {"background",
+             [this](const Step&) {
+                 rig.press(rig.content(), {5, 190});
+             }},
+            {"set", [this](const Step& step) { set(static_cast<int>(step.number())); }},
+            {"plain", [this](const Step&) { field->setFormatter(nullptr); }},
+            {"silent", [this](const Step&) { field->cell()->setSendsActionOnEndEditing(false); }},
+            {"limited", [this](const Step&) { target->then = [](NSTextField& sent) { sent.setIntValue(20000); }; }},
+            {"why",
+             [this](const Step&) { log += field->refusalText() ? field->refusalText()->utf8() + " " : "none "; }},
+        };
     }
-    void keys(std::string_view script)
+    void keys(std::string_view steps) { script.play(steps); }
+    void set(int value)
     {
-        for (const TypedKey& key : KeysOf(script)) rig.window()->sendEvent(*EventOf(key, rig.window()));
+        field->setIntValue(value);
+        EXPECT_EQ(field->stringValue()->utf8(), std::to_string(value) + " Hz");
     }
     void focus() { ASSERT_TRUE(rig.window()->makeFirstResponder(field)); }
     /// What stands in the field while it is edited; its value's text else.
@@ -89,159 +107,82 @@ NS_CLASS_TABLE(Target, NSObject, "")
         return Shown(editor->text(), editor->selection(), editor->caret());
     }
     std::string takeLog() { return std::exchange(log, {}); }
+    Script script;
 };
 
-TEST(NSTextField, Commits)
+TEST(NSTextField, Edits)
 {
     static const struct {
         const char* why;
-        const char* keys;
+        const char* script;
         const char* log;
-        const char* shown;
-    } kRows[] = {
-        {"Return commits and selects all", "880 Ret", "read(880) sent(880 Hz) ", "[880|]"},
-        {"and Enter", "880 Enter", "read(880) sent(880 Hz) ", "[880|]"},
-        {"a second Return has nothing to commit", "880 Ret Ret", "read(880) sent(880 Hz) ", "[880|]"},
-        {"Tab commits and leaves", "880 Tab", "read(880) sent(880 Hz) ", "880 Hz"},
-        {"Shift-Tab too", "880 S-Tab", "read(880) sent(880 Hz) ", "880 Hz"},
-        {"nothing typed", "Ret Tab", "", "440 Hz"},
-        {"typed and undone", "5 C-z Tab", "", "440 Hz"},
-        {"only moved", "Left S-Right Tab", "", "440 Hz"},
-        {"Escape restores", "5 Esc", "", "[440|]"},
-        {"and leaves nothing to commit", "5 Esc Tab", "", "440 Hz"},
-        {"refused text stays", "5x Ret", "read(5x) ", "5x|"},
-        {"and keeps the focus", "5x Tab", "read(5x) ", "5x|"},
-        {"until it is put right", "5x Tab Back Tab", "read(5x) read(5) sent(5 Hz) ", "5 Hz"},
-        {"or given up", "5x Tab Esc Tab", "read(5x) ", "440 Hz"},
-        {"a change refused while typing isn't made", "5 - 6 Ret", "read(56) sent(56 Hz) ", "[56|]"},
-        {"an emptied field means no value", "Back Tab", "read() ", "440 Hz"},
-        {"the same text typed anew counts", "440 Tab", "read(440) sent(440 Hz) ", "440 Hz"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        Fields f;
-        f.focus();
-        f.keys(row.keys);
-        EXPECT_EQ(f.takeLog(), row.log);
-        EXPECT_EQ(f.shown(), row.shown);
-    }
-}
-
-TEST(NSTextField, TextThatTheFormatterWroteNeverRefusesItself)
-{
-    Fields f;
-    f.field->setIntValue(-5);
-    f.focus();
-    EXPECT_EQ(f.shown(), "[minus|]");
-    f.keys("End s Back Tab");
-    EXPECT_EQ(f.takeLog(), "read(minus) ");
-    EXPECT_EQ(f.field->currentEditor(), nullptr);
-    EXPECT_EQ(f.field->intValue(), -5);
-}
-
-TEST(NSTextField, LeavingStoresWithoutTheActionWhereTheCellSaysSo)
-{
-    Fields f;
-    f.field->cell()->setSendsActionOnEndEditing(false);
-    f.focus();
-    f.keys("5 Tab");
-    EXPECT_EQ(f.takeLog(), "read(5) ");
-    EXPECT_EQ(f.field->intValue(), 5);
-    f.focus();
-    f.keys("6 Ret");
-    EXPECT_EQ(f.takeLog(), "read(6) sent(6 Hz) ");
-}
-
-TEST(NSTextField, APressElsewhereCommitsOrIsRefused)
-{
-    Fields f;
-    f.rig.click(f.field);
-    EXPECT_EQ(f.shown(), "440|") << "a press behind the text puts the caret to its end";
-    f.keys("x");
-    f.rig.click(f.other);
-    EXPECT_EQ(f.takeLog(), "read(440x) ");
-    ASSERT_NE(f.field->currentEditor(), nullptr);
-    EXPECT_EQ(f.rig.window()->firstResponder(), f.field->currentEditor());
-    ASSERT_NE(f.field->refusalText(), nullptr);
-    EXPECT_EQ(f.field->refusalText()->utf8(), "“440x” is no frequency.");
-    f.keys("Back");
-    EXPECT_EQ(f.field->refusalText(), nullptr);
-    f.rig.press(f.rig.content(), {5, 190});
-    EXPECT_EQ(f.takeLog(), "read(440) sent(440 Hz) ");
-    EXPECT_EQ(f.field->currentEditor(), nullptr);
-    f.rig.click(f.other, 2);
-    EXPECT_NE(f.other->currentEditor(), nullptr) << "the window's editor serves the next field";
-}
-
-TEST(NSTextField, EscapeGoesOnWhereNothingWasTyped)
-{
-    Fields f;
-    f.focus();
-    EXPECT_FALSE(f.rig.key(NSEscapeCharacter));
-    f.keys("5");
-    EXPECT_TRUE(f.rig.key(NSEscapeCharacter));
-    EXPECT_FALSE(f.rig.key(NSEscapeCharacter));
-    f.keys("-"); // refused at once: Escape takes the note away
-    ASSERT_NE(f.field->refusalText(), nullptr);
-    EXPECT_EQ(f.field->refusalText()->utf8(), "Only digits.");
-    EXPECT_TRUE(f.rig.key(NSEscapeCharacter));
-    EXPECT_EQ(f.field->refusalText(), nullptr);
-    EXPECT_EQ(f.takeLog(), "");
-}
-
-TEST(NSTextField, AValueSetDuringAnEdit)
-{
-    static const struct {
-        const char* why;
-        const char* before;
-        const char* after;
         const char* shown;
         int value;
     } kRows[] = {
-        {"nothing typed: shown at once, all selected", "", "", "[1000|]", 1000},
-        {"caret placed: it stays", "Home Right", "", "1|000", 1000},
-        {"typed: not shown yet", "5", "", "5|", 1000},
-        {"Escape shows it", "5", "Esc", "[1000|]", 1000},
-        {"a commit wins", "5", "Ret", "[5|]", 5},
-        {"leaving without typing shows it", "", "Tab", "1000 Hz", 1000},
-        {"a refused edit stays", "5x Ret", "", "5x|", 1000},
+        {"Return commits and selects all", "880 Ret", "read(880) sent(880 Hz) ", "[880|]", 880},
+        {"and Enter", "880 Enter", "read(880) sent(880 Hz) ", "[880|]", 880},
+        {"a second Return has nothing to commit", "880 Ret Ret", "read(880) sent(880 Hz) ", "[880|]", 880},
+        {"Tab commits and leaves", "880 Tab", "read(880) sent(880 Hz) ", "880 Hz", 880},
+        {"Shift-Tab too", "880 S-Tab", "read(880) sent(880 Hz) ", "880 Hz", 880},
+        {"a press on another field", "880 elsewhere", "read(880) sent(880 Hz) ", "880 Hz", 880},
+        {"a press on the background", "880 background", "read(880) sent(880 Hz) ", "880 Hz", 880},
+        {"nothing typed", "Ret Tab", "", "440 Hz", 440},
+        {"typed and undone", "5 C-z Tab", "", "440 Hz", 440},
+        {"only moved", "Left S-Right Tab", "", "440 Hz", 440},
+        {"an emptied field means no value", "Back Tab", "read() ", "440 Hz", 440},
+        {"the same text typed anew counts", "440 Tab", "read(440) sent(440 Hz) ", "440 Hz", 440},
+        {"leaving stores without the action where the cell says so", "silent 5 Tab", "read(5) ", "5 Hz", 5},
+        {"but Return sends it", "silent 6 Ret", "read(6) sent(6 Hz) ", "[6|]", 6},
+
+        {"Escape restores", "5 Esc", "", "[440|]", 440},
+        {"and leaves nothing to commit", "5 Esc Tab", "", "440 Hz", 440},
+        {"it goes on where nothing was typed", "Esc 5 Esc Esc", "on on ", "[440|]", 440},
+        {"and takes away what was said", "- why Esc why", "Only digits. none ", "[440|]", 440},
+
+        {"refused text stays", "5x Ret", "read(5x) ", "5x|", 440},
+        {"and keeps the focus", "5x Tab", "read(5x) ", "5x|", 440},
+        {"from a press, too", "5x elsewhere why", "read(5x) “5x” is no frequency. ", "5x|", 440},
+        {"until it is put right", "5x Tab Back why Tab", "read(5x) none read(5) sent(5 Hz) ", "5 Hz", 5},
+        {"or given up", "5x Tab Esc Tab", "read(5x) ", "440 Hz", 440},
+        {"a change refused while typing isn't made", "5 - 6 Ret", "read(56) sent(56 Hz) ", "[56|]", 56},
+        {"what the formatter wrote never refuses itself", "leave set:-5 focus End s Back Tab", "read(minus) ", "-5 Hz",
+         -5},
+
+        {"a value set while nothing is typed is shown at once, all selected", "set:1000", "", "[1000|]", 1000},
+        {"a caret that was placed stays", "Home Right set:1000", "", "1|000", 1000},
+        {"one behind the new text moves to its end", "End set:7", "", "7|", 7},
+        {"once typed, it isn't shown yet", "5 set:1000", "", "5|", 1000},
+        {"Escape shows it", "5 set:1000 Esc", "", "[1000|]", 1000},
+        {"a commit wins", "5 set:1000 Ret", "read(5) sent(5 Hz) ", "[5|]", 5},
+        {"leaving without typing shows it", "set:1000 Tab", "", "1000 Hz", 1000},
+        {"a refused edit stays", "5x Ret set:1000", "read(5x) ", "5x|", 1000},
+        {"an echo of the value leaves the caret alone", "Home set:440", "", "|440", 440},
+        {"and the undo", "Home 1 set:440 C-z", "", "|440", 440},
+        {"the field shows what its action makes of the value", "limited 99999 Ret", "read(99999) sent(99999 Hz) ",
+         "[20000|]", 20000},
+        {"also when it is left", "limited 99999 Tab", "read(99999) sent(99999 Hz) ", "20000 Hz", 20000},
+        {"a formatter picked while typing drops what was typed", "5x plain", "", "[440|]", 440},
+        {"and leaves nothing to commit", "5x plain Tab", "", "440", 440},
     };
     for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
+        SCOPED_TRACE(std::string(row.why) + ": " + row.script);
         Fields f;
         f.focus();
-        f.keys(row.before);
-        f.field->setIntValue(1000);
-        EXPECT_EQ(f.field->stringValue()->utf8(), "1000 Hz");
-        f.keys(row.after);
+        f.keys(row.script);
+        EXPECT_EQ(f.takeLog(), row.log);
         EXPECT_EQ(f.shown(), row.shown);
         EXPECT_EQ(f.field->intValue(), row.value);
     }
 }
 
-TEST(NSTextField, AnEchoOfTheValueLeavesCaretAndUndoAlone)
+TEST(NSTextField, APressBehindTheTextPutsTheCaretToItsEnd)
 {
     Fields f;
-    f.focus();
-    f.keys("Home");
-    f.field->setIntValue(440);
-    EXPECT_EQ(f.shown(), "|440");
-    f.keys("1");
-    f.field->setIntValue(440);
-    f.keys("C-z");
-    EXPECT_EQ(f.shown(), "|440");
-}
-
-TEST(NSTextField, TheFieldShowsWhatItsActionMakesOfTheValue)
-{
-    Fields f;
-    f.target->then = [](NSTextField& field) { field.setIntValue(20000); };
-    f.focus();
-    f.keys("99999 Ret");
-    EXPECT_EQ(f.shown(), "[20000|]");
-    f.keys("99999 Tab");
-    EXPECT_EQ(f.shown(), "20000 Hz");
-    EXPECT_EQ(f.takeLog(), "read(99999) sent(99999 Hz) read(99999) sent(99999 Hz) ");
+    f.rig.click(f.field);
+    EXPECT_EQ(f.shown(), "440|");
+    EXPECT_EQ(f.rig.window()->firstResponder(), f.field->currentEditor());
+    f.rig.click(f.other, 2);
+    EXPECT_NE(f.other->currentEditor(), nullptr) << "the window's editor serves the next field";
 }
 
 TEST(NSTextField, AnEditIsGivenUpWhenTheFieldGoesAway)
@@ -347,17 +288,6 @@ TEST(NSTextField, ADyingFieldLetsGoOfTheEditor)
     f.keys("7");
     ASSERT_NE(f.other->currentEditor(), nullptr);
     EXPECT_EQ(f.other->currentEditor()->text(), u"7");
-}
-
-TEST(NSTextField, AFormatterPickedWhileTypingDropsWhatWasTyped)
-{
-    Fields f;
-    f.focus();
-    f.keys("5x");
-    f.field->setFormatter(nullptr);
-    EXPECT_EQ(f.shown(), "[440|]");
-    f.keys("Tab");
-    EXPECT_EQ(f.takeLog(), "");
 }
 
 TEST(NSTextField, PastedLineEnds)

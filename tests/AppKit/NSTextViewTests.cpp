@@ -1,6 +1,6 @@
 #include "AppKit/NSAppearance.h"
-#include "Support/OffscreenRig.h"
-#include "TypedKeys.h"
+#include "RecordingDisplay.h"
+#include "Script.h"
 
 #include <gtest/gtest.h>
 
@@ -27,16 +27,33 @@ struct Client final : NSTextViewClient {
     bool textIsRefused() const override { return false; }
 };
 
-std::string Shown(const NSTextView& view)
-{
-    const auto span = view.selection();
-    return Shown(view.text(), span, view.caret());
-}
+/// A text view in the middle of an edit, with the keyboard.
+struct Editor {
+    explicit Editor(std::u16string text = {}, NSRect frame = {{0, 0}, {60, 26}}, bool editable = true,
+                    std::unique_ptr<NSDisplay> display = NSMakeOffscreenDisplay())
+        : rig(std::move(display), {300, 100}), owner(make<NSTextView>(NSRect{}))
+    {
+        start(std::move(text), editable);
+        owner->setFrame(frame);
+        view = rig.add(owner);
+        rig.window()->makeFirstResponder(view);
+    }
+    void start(std::u16string text, bool editable = true, NSTextAlignment alignment = NSLeftTextAlignment)
+    {
+        const auto color = NSColor::colorNamed(NSAppearanceColorName::textColor);
+        owner->startEditing(&client, {NSSystemFont(), color, alignment, 0}, text, editable);
+    }
+    void keys(std::string_view script)
+    {
+        for (const TypedKey& key : KeysOf(script)) view->keyDown(*EventOf(key));
+    }
+    std::string shown() const { return Shown(view->text(), view->selection(), view->caret()); }
 
-NSTextStyle Style(NSTextAlignment alignment = NSLeftTextAlignment)
-{
-    return {NSSystemFont(), NSColor::colorNamed(NSAppearanceColorName::textColor), alignment, 0};
-}
+    Client client;
+    OffscreenRig rig;
+    RetainPtr<NSTextView> owner;
+    NSTextView* view = nullptr;
+};
 
 TEST(NSTextView, KeysMoveSelectAndChange)
 {
@@ -91,12 +108,9 @@ TEST(NSTextView, KeysMoveSelectAndChange)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(std::string(row.why) + ": " + row.keys);
-        Client client;
-        OffscreenRig rig;
-        const auto view = make<NSTextView>(NSRect{});
-        view->startEditing(&client, Style(), NSUTF16FromUTF8(row.text), true);
-        for (const TypedKey& key : KeysOf(row.keys)) view->keyDown(*EventOf(key));
-        EXPECT_EQ(Shown(*view), row.shown);
+        Editor editor(NSUTF16FromUTF8(row.text));
+        editor.keys(row.keys);
+        EXPECT_EQ(editor.shown(), row.shown);
     }
 }
 
@@ -113,34 +127,18 @@ TEST(NSTextView, KeysOfNobodyGoOn)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(std::string(row.key) + (row.editable ? "" : " in text that can't be changed"));
-        Client client;
-        OffscreenRig rig;
-        const auto view = make<NSTextView>(NSRect{});
-        view->startEditing(&client, Style(), u"440", row.editable);
-        rig.add(view);
-        ASSERT_TRUE(rig.window()->makeFirstResponder(view));
-        EXPECT_EQ(rig.window()->sendEvent(*EventOf(KeysOf(row.key).at(0), rig.window())), row.wanted);
+        const Editor editor(u"440", {}, row.editable);
+        NSWindow* const window = editor.rig.window();
+        EXPECT_EQ(window->sendEvent(*EventOf(KeysOf(row.key).at(0), window)), row.wanted);
     }
 }
 
 /// A clipboard whose owner takes its time.
-struct SlowClipboard final : NSDisplay {
-    std::unique_ptr<NSDisplay> inner = NSMakeOffscreenDisplay();
+struct SlowClipboard final : RecordingDisplay {
+    using RecordingDisplay::RecordingDisplay;
     std::vector<std::function<void(const NSString*)>> waiting;
 
-    std::unique_ptr<NSWindowBackend> makeWindow(NSWindowBackendClient& client,
-                                                const NSBackendWindowOptions& options) override
-    {
-        return inner->makeWindow(client, options);
-    }
-    std::unique_ptr<NSWindowBackend> makePopUp(NSWindowBackendClient& client, NSWindowBackend& parent,
-                                               NSRect frame) override
-    {
-        return inner->makePopUp(client, parent, frame);
-    }
-    void setClipboardText(const NSString*) override {}
     void readClipboardText(std::function<void(const NSString*)> callback) override { waiting.push_back(callback); }
-
     void answer(const NSString* text)
     {
         for (const auto& callback : std::exchange(waiting, {})) callback(text);
@@ -149,88 +147,64 @@ struct SlowClipboard final : NSDisplay {
 
 TEST(NSTextView, APasteCountsInItsEditOnly)
 {
-    auto display = std::make_unique<SlowClipboard>();
+    RecordedWindow record;
+    auto display = std::make_unique<SlowClipboard>(record);
     SlowClipboard& clipboard = *display;
-    Client client;
-    OffscreenRig rig(std::move(display), {100, 100});
-    auto view = make<NSTextView>(NSRect{});
-    view->startEditing(&client, Style(), u"4", true);
+    Editor editor(u"4", {}, true, std::move(display));
 
-    view->paste(nullptr);
-    view->keyDown(*EventOf(KeysOf("5").at(0)));
+    editor.keys("C-v 5");
     clipboard.answer("40"_ns.get());
-    EXPECT_EQ(Shown(*view), "4540|") << "what was typed meanwhile stays";
+    EXPECT_EQ(editor.shown(), "4540|") << "what was typed meanwhile stays";
 
-    view->paste(nullptr);
-    view->startEditing(&client, Style(), u"next", true);
+    editor.keys("C-v");
+    editor.start(u"next");
     clipboard.answer("40"_ns.get());
-    EXPECT_EQ(Shown(*view), "next|") << "another edit began";
+    EXPECT_EQ(editor.shown(), "next|") << "another edit began";
 
-    view->paste(nullptr);
+    editor.keys("C-v");
     clipboard.answer(nullptr);
-    EXPECT_EQ(Shown(*view), "next|") << "the clipboard has no text";
+    EXPECT_EQ(editor.shown(), "next|") << "the clipboard has no text";
 
-    view->paste(nullptr);
-    view.reset();
+    editor.keys("C-v");
+    editor.view->removeFromSuperview();
+    editor.owner.reset();
     clipboard.answer("40"_ns.get());
-}
-
-TEST(NSTextView, AHugePasteIsCutAndQuick)
-{
-    Client client;
-    OffscreenRig rig;
-    const auto view = make<NSTextView>(NSRect{});
-    view->startEditing(&client, Style(), u"", true);
-    NSApplication::sharedApplication()->display()->setClipboardText(
-        NSString::string(std::u16string(100000, u'7')).get());
-    view->paste(nullptr);
-    EXPECT_EQ(view->text().size(), NSTextEditing::kMaxLength);
-    EXPECT_EQ(client.log, "changed ");
 }
 
 TEST(NSTextView, ThePointerSelects)
 {
-    Client client;
-    OffscreenRig rig;
-    const auto view = make<NSTextView>(NSRect{});
-    view->startEditing(&client, Style(), u"one two six", true);
-    view->setFrame({{10, 10}, {200, 26}});
-    rig.add(view);
-    ASSERT_TRUE(rig.window()->makeFirstResponder(view));
+    Editor editor(u"one two six", {{10, 10}, {200, 26}});
+    OffscreenRig& rig = editor.rig;
+    NSTextView* const view = editor.view;
     const auto line = CTLineCreate(u"one two six", NSSystemFont());
     const auto before = [&](std::size_t index) {
         return NSPoint{CTLineGetOffsetForStringIndex(line.get(), index), 13};
     };
 
     rig.press(view, before(4));
-    EXPECT_EQ(Shown(*view), "one |two six");
+    EXPECT_EQ(editor.shown(), "one |two six");
     rig.dragTo(view, {before(6).x, -300});
-    EXPECT_EQ(Shown(*view), "one [tw|]o six");
+    EXPECT_EQ(editor.shown(), "one [tw|]o six");
     rig.dragTo(view, {-50, 13});
     rig.release();
-    EXPECT_EQ(Shown(*view), "[|one ]two six");
+    EXPECT_EQ(editor.shown(), "[|one ]two six");
     rig.press(view, before(10), NSShiftKeyMask);
     rig.release();
-    EXPECT_EQ(Shown(*view), "one [two si|]x");
+    EXPECT_EQ(editor.shown(), "one [two si|]x");
     rig.press(view, {before(7).x - 1, 13}, 0, 2); // the right half of the last letter
-    EXPECT_EQ(Shown(*view), "one [two|] six");
+    EXPECT_EQ(editor.shown(), "one [two|] six");
     rig.dragTo(view, before(9));
     rig.release();
-    EXPECT_EQ(Shown(*view), "one [two six|]");
+    EXPECT_EQ(editor.shown(), "one [two six|]");
     rig.press(view, before(1), 0, 3);
     rig.release();
-    EXPECT_EQ(Shown(*view), "[one two six|]");
+    EXPECT_EQ(editor.shown(), "[one two six|]");
 }
 
 TEST(NSTextView, TheCaretRestsAfterTenSeconds)
 {
-    Client client;
-    OffscreenRig rig;
-    const auto view = make<NSTextView>(NSRect{});
-    view->startEditing(&client, Style(), u"", true);
-    view->setFrame({{0, 0}, {50, 26}});
-    rig.add(view);
-    ASSERT_TRUE(rig.window()->makeFirstResponder(view));
+    Editor editor(u"", {{0, 0}, {50, 26}});
+    OffscreenRig& rig = editor.rig;
     const auto caretIsSeen = [&] { return rig.pixel(0, 13) != rig.pixel(40, 13); };
     EXPECT_TRUE(caretIsSeen());
     rig.advance(0.6);
@@ -238,7 +212,7 @@ TEST(NSTextView, TheCaretRestsAfterTenSeconds)
     rig.advance(0.5);
     EXPECT_TRUE(caretIsSeen());
     rig.advance(0.5);
-    view->keyDown(*EventOf(KeysOf("Left").at(0)));
+    editor.keys("Left");
     EXPECT_TRUE(caretIsSeen()) << "input shows it";
     rig.advance(20);
     EXPECT_TRUE(caretIsSeen());
@@ -260,18 +234,13 @@ TEST(NSTextView, LongTextScrollsToItsCaret)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.keys);
-        Client client;
-        OffscreenRig rig;
-        const auto view = make<NSTextView>(NSRect{});
-        view->startEditing(&client, Style(row.alignment), std::u16string(40, u'8'), true);
-        view->setFrame({{0, 0}, {60, 26}});
-        rig.add(view);
-        ASSERT_TRUE(rig.window()->makeFirstResponder(view));
-        for (const TypedKey& key : KeysOf(std::string("8 ") + row.keys)) view->keyDown(*EventOf(key));
+        Editor editor;
+        editor.start(std::u16string(40, u'8'), true, row.alignment);
+        editor.keys(std::string("8 ") + row.keys);
         // where the caret stands, a press leaves it
-        const std::string caret = Shown(*view);
-        rig.press(view, {row.atLeft ? 0.0 : 60.0, 13});
-        EXPECT_EQ(Shown(*view), caret);
+        const std::string caret = editor.shown();
+        editor.rig.press(editor.view, {row.atLeft ? 0.0 : 60.0, 13});
+        EXPECT_EQ(editor.shown(), caret);
     }
 }
 

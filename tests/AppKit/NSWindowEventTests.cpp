@@ -1,62 +1,50 @@
 #include "AppKit/NSApplication.h"
 #include "ProbeView.h"
-#include "RecordingDisplay.h"
-#include "Support/OffscreenRig.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
-/// A window with a box that holds a knob, and a neighbour.
-struct EventRig {
-    std::string log; // views write into it until the window is gone
-    RecordedWindow record;
-    OffscreenRig rig{std::make_unique<RecordingDisplay>(record), {200, 100}};
-    RetainPtr<ProbeView> box = ProbeView::named("box", {{10, 10}, {100, 50}}, log);
-    RetainPtr<ProbeView> knob = ProbeView::named("knob", {{20, 10}, {20, 20}}, log);
-    RetainPtr<ProbeView> other = ProbeView::named("other", {{120, 10}, {50, 50}}, log);
+/// A box that holds a knob, and a neighbour.
+struct EventRig : ProbeRig {
+    RetainPtr<ProbeView> box = add("box", {{10, 10}, {100, 50}});
+    RetainPtr<ProbeView> knob = add("knob", {{20, 10}, {20, 20}}, box);
+    RetainPtr<ProbeView> other = add("other", {{120, 10}, {50, 50}});
 
-    EventRig()
-    {
-        rig.add(box);
-        box->addSubview(knob);
-        rig.add(other);
-        knob->tracks = true;
-    }
-    std::string takeLog()
-    {
-        if (!log.empty()) log.pop_back();
-        return std::exchange(log, {});
-    }
+    EventRig() { knob->tracks = true; }
 };
 
-TEST(NSWindowEvents, APressGoesToTheDeepestViewAndUpwardsUntilOneWantsIt)
+TEST(NSWindowEvents, GoToTheirView)
 {
-    EventRig t;
-    EXPECT_TRUE(t.rig.press(t.knob, {5, 5}));
-    t.rig.release();
-    EXPECT_EQ(t.takeLog(), "knob:down knob:up knob:released knob:in");
-
-    t.knob->takesMouse = false;
-    EXPECT_TRUE(t.rig.press(t.knob, {5, 5}));
-    EXPECT_EQ(t.takeLog(), "box:down");
-    t.box->takesMouse = false;
-    EXPECT_FALSE(t.rig.press(t.knob, {5, 5}));
-    EXPECT_FALSE(t.rig.press(t.rig.content(), {1, 90}));
-    EXPECT_EQ(t.takeLog(), "");
+    static const struct {
+        const char* why;
+        const char* script;
+        const char* log;
+    } kRows[] = {
+        {"a press goes to the deepest view", "press:knob release", "knob:down knob:up knob:released knob:in "},
+        {"and upwards until one wants it", "deaf:knob press:knob", "box:down "},
+        {"or nobody does", "deaf:knob deaf:box press:knob press:back", "unwanted unwanted "},
+        {"a tracking view gets drags from anywhere", "press:knob drag:other rightClick:other move:other release",
+         "knob:down knob:drag knob:up knob:released other:in "},
+        {"also while other views go", "press:knob hide:other untrack:other release",
+         "knob:down knob:up knob:released knob:in "},
+        {"the pointer enters and leaves", "move:knob move:knob move:box move:back", "knob:in knob:out box:in box:out "},
+        {"and leaves what is hidden", "move:knob hide:box move:box", "knob:in knob:out "},
+        {"the wheel goes to the view under the pointer", "wheel:knob wheel:back", "knob:wheel unwanted "},
+        {"keys go up from the first responder", "k eager:knob focus:knob k x", "unwanted knob:gets knob:key unwanted "},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        EventRig t;
+        EXPECT_EQ(t.play(row.script), row.log);
+    }
 }
 
-TEST(NSWindowEvents, ATrackingViewGetsDragsFromAnywhere)
+TEST(NSWindowEvents, ThePointerHasTheShapeOfItsView)
 {
     EventRig t;
-    t.rig.press(t.knob, {5, 5});
-    t.rig.dragTo(t.other, {5, 5});
-    t.rig.rightPress(t.other, {5, 5});
-    t.rig.rightRelease();
-    t.rig.moveTo(t.other, {5, 5});
-    t.rig.release();
-    EXPECT_EQ(t.takeLog(), "knob:down knob:drag knob:up knob:released other:in");
-    EXPECT_EQ(t.rig.window()->trackingView(), nullptr);
+    t.play("move:knob move:box move:back");
+    EXPECT_THAT(t.record.cursors, testing::ElementsAre(NSCursorShape::hand, NSCursorShape::arrow));
 }
 
 TEST(NSWindowEvents, ATrackingEndsOnceHoweverItEnds)
@@ -77,15 +65,8 @@ TEST(NSWindowEvents, ATrackingEndsOnceHoweverItEnds)
         {"the native window is gone", [](EventRig& t) { t.record.client->backendDestroyed(); }},
         {"the person closes it", [](EventRig& t) { t.record.client->backendCloseRequested(); }},
         {"somebody else asks", [](EventRig& t) { t.rig.window()->endTracking(t.box); }},
-        {"another press comes",
-         [](EventRig& t) {
-             t.rig.press(t.rig.content(), {1, 90});
-         }},
-        {"another view tracks",
-         [](EventRig& t) {
-             t.rig.window()->beginTracking(t.other);
-             t.other->then = nullptr;
-         }},
+        {"another press comes", [](EventRig& t) { t.script.play("press:back"); }},
+        {"another view tracks", [](EventRig& t) { t.rig.window()->beginTracking(t.other); }},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.how);
@@ -97,16 +78,6 @@ TEST(NSWindowEvents, ATrackingEndsOnceHoweverItEnds)
         EXPECT_THAT(t.takeLog(), testing::StartsWith("knob:down knob:ended"));
         EXPECT_NE(t.rig.window()->trackingView(), t.knob.get());
     }
-}
-
-TEST(NSWindowEvents, ATrackingStaysWhileOtherViewsGo)
-{
-    EventRig t;
-    t.rig.press(t.knob, {5, 5});
-    t.other->setHidden(true);
-    t.rig.window()->endTracking(t.other);
-    t.rig.release();
-    EXPECT_EQ(t.takeLog(), "knob:down knob:up knob:released knob:in");
 }
 
 TEST(NSWindowEvents, ATrackingEndsWhenTheWindowDies)
@@ -134,11 +105,11 @@ TEST(NSWindowEvents, HandlersMayThrow)
     EXPECT_THROW(t.rig.dragTo(t.knob, {6, 6}), std::runtime_error);
     EXPECT_EQ(t.rig.window()->trackingView(), t.knob.get());
     EXPECT_THROW(t.rig.release(), std::runtime_error);
-    EXPECT_EQ(t.takeLog(), "knob:down knob:drag knob:up knob:released");
+    EXPECT_EQ(t.takeLog(), "knob:down knob:drag knob:up knob:released ");
 
     t.rig.press(t.knob, {5, 5});
     EXPECT_THROW(t.box->removeFromSuperview(), std::runtime_error); // what trackingDidEnd threw
-    EXPECT_EQ(t.takeLog(), "knob:down knob:ended");
+    EXPECT_EQ(t.takeLog(), "knob:down knob:ended ");
     EXPECT_EQ(t.box->superview(), nullptr);
     EXPECT_EQ(NSApplication::sharedApplication()->currentEvent(), nullptr);
 
@@ -184,35 +155,9 @@ TEST(NSWindowEvents, ATrackingThatBeginsWhileAnotherEndsIsKept)
     t.knob->then = [&](const char* what) {
         if (what == std::string("released")) t.rig.window()->beginTracking(t.other);
     };
-    t.rig.press(t.knob, {5, 5});
-    t.rig.release();
+    t.play("press:knob release");
     EXPECT_EQ(t.rig.window()->trackingView(), t.other.get());
-    t.rig.release();
-    EXPECT_THAT(t.takeLog(), testing::HasSubstr("other:up other:released"));
-}
-
-TEST(NSWindowEvents, ThePointerEntersAndLeaves)
-{
-    EventRig t;
-    t.rig.moveTo(t.knob, {5, 5});
-    t.rig.moveTo(t.knob, {6, 6});
-    t.rig.moveTo(t.box, {1, 1});
-    t.rig.moveTo(t.rig.content(), {1, 90});
-    EXPECT_EQ(t.takeLog(), "knob:in knob:out box:in box:out");
-    EXPECT_THAT(t.record.cursors, testing::ElementsAre(NSCursorShape::hand, NSCursorShape::arrow));
-
-    t.rig.moveTo(t.knob, {5, 5});
-    t.box->setHidden(true);
-    t.rig.moveTo(t.box, {1, 1});
-    EXPECT_EQ(t.takeLog(), "knob:in knob:out");
-}
-
-TEST(NSWindowEvents, TheWheelGoesToTheViewUnderThePointer)
-{
-    EventRig t;
-    EXPECT_TRUE(t.rig.scroll(t.knob, {5, 5}, 1));
-    EXPECT_FALSE(t.rig.scroll(t.rig.content(), {1, 90}, 1));
-    EXPECT_EQ(t.takeLog(), "knob:wheel");
+    EXPECT_THAT(t.play("release"), testing::HasSubstr("other:up other:released"));
 }
 
 TEST(NSWindowEvents, TheCurrentEventIsTheInnermost)
@@ -232,18 +177,6 @@ TEST(NSWindowEvents, TheCurrentEventIsTheInnermost)
     t.rig.press(t.box, {1, 1});
     EXPECT_THAT(seen, testing::ElementsAre(NSLeftMouseDown, NSLeftMouseDown));
     EXPECT_EQ(application->currentEvent(), nullptr);
-}
-
-TEST(NSWindowEvents, KeysGoUpFromTheFirstResponder)
-{
-    EventRig t;
-    t.knob->takesFocus = true;
-    EXPECT_FALSE(t.rig.key(u'k')); // the window has it
-    t.rig.window()->makeFirstResponder(t.knob);
-    t.takeLog();
-    EXPECT_TRUE(t.rig.key(u'k'));
-    EXPECT_FALSE(t.rig.key(u'x'));
-    EXPECT_EQ(t.takeLog(), "knob:key");
 }
 
 TEST(NSWindowEvents, APressAsksForTheKeyboard)

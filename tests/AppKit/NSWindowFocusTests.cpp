@@ -1,33 +1,49 @@
 #include "AppKit/NSControl.h"
 #include "ProbeView.h"
-#include "Support/OffscreenRig.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
-struct FocusRig {
-    std::string log; // views write into it until the window is gone
-    OffscreenRig rig{{200, 100}};
-    RetainPtr<ProbeView> a = ProbeView::named("a", {{0, 0}, {20, 20}}, log);
-    RetainPtr<ProbeView> b = ProbeView::named("b", {{30, 0}, {20, 20}}, log);
-    RetainPtr<ProbeView> c = ProbeView::named("c", {{60, 0}, {20, 20}}, log);
+struct FocusRig : ProbeRig {
+    RetainPtr<ProbeView> a = add("a", {{0, 0}, {20, 20}});
+    RetainPtr<ProbeView> b = add("b", {{30, 0}, {20, 20}});
+    RetainPtr<ProbeView> c = add("c", {{60, 0}, {20, 20}});
+    RetainPtr<ProbeView> part = add("part", {{5, 5}, {5, 5}}, a);
 
-    FocusRig()
-    {
-        for (const auto& view : {a, b, c}) {
-            view->takesFocus = true;
-            rig.add(view);
-        }
-    }
-    NSWindow* window() { return rig.window(); }
-    std::string focus()
-    {
-        const auto* const view = asKind<ProbeView>(window()->firstResponder());
-        return view ? view->name : "window";
-    }
-    std::string takeLog() { return std::exchange(log, {}); }
+    FocusRig() { script.play("eager:a eager:b eager:c"); }
 };
+
+TEST(NSWindowFocus, GoesWhereItMay)
+{
+    static const struct {
+        const char* why;
+        const char* script;
+        const char* log;
+        const char* focus;
+    } kRows[] = {
+        {"the old one may refuse to go", "focus:a keeps:a focus:b Tab press:back",
+         "a:gets a:keeps refused a:keeps a:keeps unwanted ", "a"},
+        {"a press on who asks for no focus leaves it", "focus:a press:b", "a:gets b:down ", "a"},
+        {"a press on the background takes it away", "focus:a press:back", "a:gets a:loses unwanted ", "window"},
+        {"a view that is hidden gives up, whatever it wants", "focus:a keeps:a hide:a", "a:gets a:aborts a:keeps ",
+         "window"},
+        {"one inside of what is hidden", "focus:a keeps:a hide:back", "a:gets a:aborts a:keeps ", "window"},
+        {"one that is removed", "focus:a keeps:a remove:a", "a:gets a:aborts a:keeps ", "window"},
+        {"one whose window closes", "focus:a keeps:a close", "a:gets a:aborts a:keeps ", "window"},
+        {"hidden views and views that don't take it are refused", "focus:c hide:a shy:b focus:a focus:b",
+         "c:gets refused refused ", "c"},
+        {"views of no window, too", "focus:c remove:a focus:a", "c:gets refused ", "c"},
+        {"what lies inside a key view is a part of it", "eager:part focus:part Tab", "part:gets part:loses b:gets ",
+         "b"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        FocusRig t;
+        EXPECT_EQ(t.play(row.script), row.log);
+        EXPECT_EQ(t.focus(), row.focus);
+    }
+}
 
 TEST(NSWindowFocus, TabWalksTheViewsThatTakeIt)
 {
@@ -51,63 +67,6 @@ TEST(NSWindowFocus, TabWalksTheViewsThatTakeIt)
     EXPECT_EQ(walk(NSTabCharacter, 0, 2), "windowwindow");
 }
 
-TEST(NSWindowFocus, WhatLiesInsideAKeyViewIsAPartOfIt)
-{
-    FocusRig t;
-    const auto part = ProbeView::named("part", {{0, 0}, {5, 5}}, t.log);
-    part->takesFocus = true;
-    t.a->addSubview(part);
-    t.window()->makeFirstResponder(part);
-    EXPECT_EQ(t.focus(), "part");
-    t.rig.key(NSTabCharacter);
-    EXPECT_EQ(t.focus(), "b");
-}
-
-TEST(NSWindowFocus, TheOldOneMayRefuseToGo)
-{
-    FocusRig t;
-    t.window()->makeFirstResponder(t.a);
-    t.a->keepsFocus = true;
-    EXPECT_FALSE(t.window()->makeFirstResponder(t.b));
-    t.rig.key(NSTabCharacter);
-    t.rig.press(t.rig.content(), {1, 90});
-    EXPECT_EQ(t.focus(), "a");
-    EXPECT_EQ(t.takeLog(), "a:gets a:keeps a:keeps a:keeps ");
-}
-
-TEST(NSWindowFocus, APressOnTheBackgroundTakesTheFocusAway)
-{
-    FocusRig t;
-    t.window()->makeFirstResponder(t.a);
-    t.rig.press(t.b, {1, 1}); // wanted by b, which asks for no focus
-    EXPECT_EQ(t.focus(), "a");
-    t.rig.press(t.rig.content(), {1, 90});
-    EXPECT_EQ(t.focus(), "window");
-}
-
-TEST(NSWindowFocus, AFirstResponderThatGoesAwayGivesUp)
-{
-    static const struct {
-        const char* how;
-        void (*go)(FocusRig&);
-    } kRows[] = {
-        {"hidden", [](FocusRig& t) { t.a->setHidden(true); }},
-        {"inside of what is hidden", [](FocusRig& t) { t.rig.content()->setHidden(true); }},
-        {"removed", [](FocusRig& t) { t.a->removeFromSuperview(); }},
-        {"its window closes", [](FocusRig& t) { t.window()->close(); }},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.how);
-        FocusRig t;
-        t.window()->makeFirstResponder(t.a);
-        t.a->keepsFocus = true;
-        t.takeLog();
-        row.go(t);
-        EXPECT_EQ(t.focus(), "window");
-        EXPECT_EQ(t.takeLog(), "a:aborts a:keeps ");
-    }
-}
-
 TEST(NSWindowFocus, ADisabledControlGivesUpTheFocus)
 {
     FocusRig t;
@@ -116,21 +75,6 @@ TEST(NSWindowFocus, ADisabledControlGivesUpTheFocus)
     control->setEnabled(false);
     EXPECT_EQ(t.focus(), "window");
     EXPECT_FALSE(t.window()->makeFirstResponder(control));
-}
-
-TEST(NSWindowFocus, ViewsThatCannotHaveItAreRefused)
-{
-    FocusRig t;
-    t.window()->makeFirstResponder(t.c);
-    t.takeLog();
-    t.a->setHidden(true);
-    t.b->takesFocus = false;
-    const auto stranger = ProbeView::named("s", {}, t.log);
-    stranger->takesFocus = true;
-    for (NSResponder* responder : {t.a.get(), t.b.get(), stranger.get()})
-        EXPECT_FALSE(t.window()->makeFirstResponder(responder));
-    EXPECT_EQ(t.focus(), "c");
-    EXPECT_EQ(t.takeLog(), "");
 }
 
 TEST(NSWindowFocus, HandlersMayChooseAnother)

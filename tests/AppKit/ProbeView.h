@@ -2,9 +2,8 @@
 
 /// A view that writes what happens to it into a log, and does what a test tells it to.
 
-#include "AppKit/NSWindow.h"
-
-#include <functional>
+#include "RecordingDisplay.h"
+#include "Script.h"
 
 class ProbeView final : public NSView {
 public:
@@ -59,4 +58,77 @@ public:
     void abortEditing() override { note("aborts"); }
     NSCursorShape cursorAtPoint(NSPoint) const override { return NSCursorShape::hand; }
     NSRect focusRingBounds() const override { return takesFocus ? bounds() : NSRect{}; }
+};
+
+/// A window with such views. A script names them: "press:knob drag:other release focus:box k"; "back" is the window's
+/// background. What nobody wanted and what was refused is noted as "unwanted" and "refused".
+struct ProbeRig {
+    std::string log; // views write into it until the window is gone
+    RecordedWindow record;
+    OffscreenRig rig{std::make_unique<RecordingDisplay>(record), {200, 100}};
+    std::map<std::string, RetainPtr<ProbeView>> views;
+    Script script;
+
+    ProbeRig()
+    {
+        script.type = [this](const TypedKey& typed) { wanted(rig.key(typed.key, typed.flags)); };
+        script.verbs = {
+            {"press", onView([this](NSView* view, NSPoint spot) { wanted(rig.press(view, spot)); })},
+            {"drag", onView([this](NSView* view, NSPoint spot) { rig.dragTo(view, spot); })},
+            {"move", onView([this](NSView* view, NSPoint spot) { rig.moveTo(view, spot); })},
+            {"wheel", onView([this](NSView* view, NSPoint spot) { wanted(rig.scroll(view, spot, 1)); })},
+            {"rightClick", onView([this](NSView* view, NSPoint spot) {
+                 rig.rightPress(view, spot);
+                 rig.rightRelease();
+             })},
+            {"hide", onView([](NSView* view, NSPoint) { view->setHidden(true); })},
+            {"remove", onView([](NSView* view, NSPoint) { view->removeFromSuperview(); })},
+            {"focus", onView([this](NSView* view, NSPoint) {
+                 if (!window()->makeFirstResponder(view)) log += "refused ";
+             })},
+            {"deaf", onProbe([](ProbeView& probe) { probe.takesMouse = false; })},
+            {"eager", onProbe([](ProbeView& probe) { probe.takesFocus = true; })},
+            {"shy", onProbe([](ProbeView& probe) { probe.takesFocus = false; })},
+            {"keeps", onProbe([](ProbeView& probe) { probe.keepsFocus = true; })},
+            {"untrack", onProbe([this](ProbeView& probe) { window()->endTracking(&probe); })},
+            {"release", [this](const Step&) { rig.release(); }},
+            {"close", [this](const Step&) { window()->close(); }},
+        };
+    }
+    NSWindow* window() const { return rig.window(); }
+    RetainPtr<ProbeView> add(const char* name, NSRect frame, NSView* superview = nullptr)
+    {
+        const auto view = views[name] = ProbeView::named(name, frame, log);
+        (superview ? superview : rig.content())->addSubview(view);
+        return view;
+    }
+    /// Does the steps. @return what the views noted meanwhile
+    std::string play(std::string_view steps)
+    {
+        script.play(steps);
+        return takeLog();
+    }
+    std::string takeLog() { return std::exchange(log, {}); }
+    /// The name of the view that has the keyboard.
+    std::string focus() const
+    {
+        const auto* const view = asKind<ProbeView>(window()->firstResponder());
+        return view ? view->name : "window";
+    }
+
+private:
+    void wanted(bool isWanted) { log += isWanted ? "" : "unwanted "; }
+    Script::Verb onView(const std::function<void(NSView*, NSPoint)>& act) const
+    {
+        return [this, act](const Step& step) {
+            if (step.what == "back")
+                act(rig.content(), {1, 90});
+            else
+                act(views.at(step.what), {3, 3});
+        };
+    }
+    Script::Verb onProbe(const std::function<void(ProbeView&)>& act) const
+    {
+        return [this, act](const Step& step) { act(*views.at(step.what)); };
+    }
 };

@@ -43,7 +43,7 @@ private:
     CGFloat mScale;
 };
 
-class RecordingDisplay final : public NSDisplay {
+class RecordingDisplay : public NSDisplay {
 public:
     explicit RecordingDisplay(RecordedWindow& record, CGFloat scale = 1) : mRecord(record), mScale(scale) {}
     std::unique_ptr<NSWindowBackend> makeWindow(NSWindowBackendClient& client, const NSBackendWindowOptions&) override

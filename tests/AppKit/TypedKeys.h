@@ -22,11 +22,11 @@ inline std::vector<TypedKey> KeysOf(std::string_view script)
         std::string_view name;
         unichar key;
     } kNames[] = {
-        {"Left", NSLeftArrowFunctionKey},   {"Right", NSRightArrowFunctionKey}, {"Home", NSHomeFunctionKey},
-        {"End", NSEndFunctionKey},          {"Up", NSUpArrowFunctionKey},       {"Down", NSDownArrowFunctionKey},
-        {"Back", NSDeleteCharacter},        {"Del", NSDeleteFunctionKey},       {"Ins", NSInsertFunctionKey},
-        {"Ret", NSCarriageReturnCharacter}, {"Enter", NSEnterCharacter},        {"Tab", NSTabCharacter},
-        {"Esc", NSEscapeCharacter},         {"F5", NSF1FunctionKey + 4},
+        {"Left", NSLeftArrowFunctionKey},   {"Right", NSRightArrowFunctionKey},  {"Home", NSHomeFunctionKey},
+        {"End", NSEndFunctionKey},          {"Up", NSUpArrowFunctionKey},        {"Down", NSDownArrowFunctionKey},
+        {"Back", NSDeleteCharacter},        {"Del", NSDeleteFunctionKey},        {"Ins", NSInsertFunctionKey},
+        {"Ret", NSCarriageReturnCharacter}, {"Enter", NSEnterCharacter},         {"Tab", NSTabCharacter},
+        {"Esc", NSEscapeCharacter},         {"PageDown", NSPageDownFunctionKey}, {"F5", NSF1FunctionKey + 4},
     };
     std::vector<TypedKey> keys;
     std::istringstream words{std::string(script)};
