@@ -9,11 +9,11 @@
 #include "Foundation/NSNotification.h"
 #include "RecordingDisplay.h"
 #include "Support/OffscreenRig.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <filesystem>
 
 namespace {
 
@@ -213,7 +213,6 @@ TEST_F(Appearance, FollowsTheDesktopUnlessOneWasChosen)
 
 TEST_F(Appearance, APictureHasAVariantForTheDark)
 {
-    const auto folder = std::filesystem::temp_directory_path() / "tonaro-picture-test";
     static const struct {
         const char* why;
         std::vector<std::size_t> files; ///< widths of "", "@2x", "-dark", "-dark@2x"; 0 for none
@@ -225,14 +224,14 @@ TEST_F(Appearance, APictureHasAVariantForTheDark)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
-        std::filesystem::create_directories(folder);
+        const TemporaryFolder folder;
         const char* const kNames[] = {"p.png", "p@2x.png", "p-dark.png", "p-dark@2x.png"};
         for (std::size_t i = 0; i < row.files.size(); ++i) {
             if (row.files[i] == 0) continue;
             const auto stripe = CGBitmapContextCreate(row.files[i], 1);
-            ASSERT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(stripe).get(), (folder / kNames[i]).string()));
+            ASSERT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(stripe).get(), folder / kNames[i]));
         }
-        const auto path = NSString::string((folder / "p.png").string());
+        const auto path = NSString::string(folder / "p.png");
         const auto image = make<NSImage>(&NSImage::initByReferencingFile, path.get());
         const auto widthAt = [&](NSAppearanceName name, CGFloat scale) {
             show(name);
@@ -243,7 +242,6 @@ TEST_F(Appearance, APictureHasAVariantForTheDark)
         EXPECT_EQ(widthAt(NSAppearanceName::dark, 2), row.dark2);
         EXPECT_EQ(widthAt(NSAppearanceName::light, 1), row.light1);
         EXPECT_EQ(widthAt(NSAppearanceName::light, 2), row.light2);
-        std::filesystem::remove_all(folder);
     }
 }
 

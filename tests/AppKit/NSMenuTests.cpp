@@ -27,7 +27,7 @@ struct OpenMenu : OffscreenRig {
         const auto mouseVerb = [this](NSEventType type) {
             return [this, type](const Step& step) { mouse(type, placeOf(step.what)); };
         };
-        script.type = [this](const TypedKey& typed) { KeyInto(*menu, typed.key); };
+        script.otherwise = TypingInto([this](const TypedKey& typed) { KeyInto(*menu, typed.key); });
         script.verbs = {
             {"press", mouseVerb(NSLeftMouseDown)},
             {"rightPress", mouseVerb(NSRightMouseDown)},
@@ -288,10 +288,10 @@ struct Choices : ControlRig<NSPopUpButton> {
     {
         for (const auto& title : {"Sine"_ns, "Triangle"_ns, "Square"_ns}) button->addItemWithTitle(title.get());
         window()->makeFirstResponder(button);
-        script.type = [this](const TypedKey& typed) {
+        script.otherwise = TypingInto([this](const TypedKey& typed) {
             isOpen() ? KeyInto(*button->menuOfItems(), typed.key) : void(key(typed.key));
             log->text += button->isHighlighted() ? "pressed " : "raised ";
-        };
+        });
     }
     bool isOpen() const { return button->menuOfItems()->isOpen(); }
 

@@ -7,13 +7,11 @@
 #include "AppKit/NSSliderCell.h"
 #include "AppKit/NSStepper.h"
 #include "AppKit/NSTextField.h"
-#include "Foundation/NSLog.h"
+#include "Support/CaughtLog.h"
 #include "Support/OffscreenRig.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-
-#include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -124,21 +122,11 @@ constexpr std::string_view kGood = R"(<?xml version="1.0" encoding="UTF-8"?>
 </document>
 )";
 
-/// Takes what is logged while it lives.
-struct LogLines {
-    LogLines()
-    {
-        NSLogSetSink([this](std::string_view text) { lines.emplace_back(text); });
-    }
-    ~LogLines() { NSLogSetSink({}); }
-    std::vector<std::string> lines;
-};
-
 struct Loaded {
     explicit Loaded(std::string_view xml, const NSBundle* bundle = nullptr)
     {
         theLog.clear();
-        const LogLines log;
+        const CaughtLog log;
         success = NSLoadNibText(xml, "Panel.xib", bundle, owner);
         lines = log.lines;
     }
@@ -338,34 +326,27 @@ TEST(NSNib, WhatNobodyHoldsIsReleased)
 
 class NSNibInABundle : public testing::Test {
 protected:
-    void SetUp() override
+    NSNibInABundle()
     {
-        const auto resources = mFolder / "Contents/Resources";
-        std::filesystem::create_directories(resources / "de.lproj");
-        write(mFolder / "Contents/Info.plist", "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>"
-                                               "<key>CFBundleIdentifier</key><string>org.tonaro.nibtests</string>"
-                                               "</dict></plist>");
-        write(resources / "Panel.xib", kGood);
-        write(resources / "de.lproj/Panel.strings", "\"5.title\" = \"Pegel\"; \"5.toolTip\" = \"Hier tippen\";\n"
-                                                    "\"7.title\" = \"Sinus\"; \"3.toolTip\" = \"Neu\";");
+        mFolder.write("Contents/Info.plist", "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>"
+                                             "<key>CFBundleIdentifier</key><string>org.tonaro.nibtests</string>"
+                                             "</dict></plist>");
+        mFolder.write("Contents/Resources/Panel.xib", kGood);
+        mFolder.write("Contents/Resources/de.lproj/Panel.strings",
+                      "\"5.title\" = \"Pegel\"; \"5.toolTip\" = \"Hier tippen\";\n"
+                      "\"7.title\" = \"Sinus\"; \"3.toolTip\" = \"Neu\";");
         NSBundle::setPreferredLanguages({"de"});
-        NSBundle::registerBundle(NSBundle::bundleWithPath(mFolder.string()).get());
+        NSBundle::registerBundle(NSBundle::bundleWithPath(mFolder.path()).get());
     }
-    void TearDown() override
-    {
-        NSBundle::setPreferredLanguages({});
-        std::filesystem::remove_all(mFolder);
-    }
-    static void write(const std::filesystem::path& path, std::string_view text)
-    {
-        std::ofstream(path, std::ios::binary) << text;
-    }
-    std::filesystem::path mFolder = std::filesystem::temp_directory_path() / "tonaro-nib-tests.bundle";
+    ~NSNibInABundle() override { NSBundle::setPreferredLanguages({}); }
+
+private:
+    TemporaryFolder mFolder;
 };
 
 TEST_F(NSNibInABundle, TextsComeInTheLanguageOfThePerson)
 {
-    const LogLines log;
+    const CaughtLog log;
     const auto owner = make<NibOwner>();
     ASSERT_TRUE(NSLoadNibNamed("Panel"_ns.get(), owner));
     const NibView* const view = owner->view.get();
@@ -380,7 +361,7 @@ TEST_F(NSNibInABundle, TextsComeInTheLanguageOfThePerson)
 
 TEST_F(NSNibInABundle, AMissingDescriptionIsNamed)
 {
-    const LogLines log;
+    const CaughtLog log;
     const auto owner = make<NibOwner>();
     EXPECT_FALSE(NSLoadNibNamed("Pannel"_ns.get(), owner));
     EXPECT_THAT(log.lines, ElementsAre(testing::AllOf(HasSubstr("“Pannel”"), HasSubstr("NibOwner"))));

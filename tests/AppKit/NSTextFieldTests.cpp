@@ -71,11 +71,11 @@ NS_CLASS_TABLE(Target, NSObject, "")
         field->setIntValue(440);
         field->setTarget(target);
         field->setAction("fieldChanged:");
-        script.typesWords = true;
-        script.type = [this](const TypedKey& key) {
+        const auto press = [this](const TypedKey& key) {
             const bool wanted = rig.window()->sendEvent(*EventOf(key, rig.window()));
             if (!wanted && key.key == NSEscapeCharacter) log += "on ";
         };
+        script.otherwise = TypingInto(press, true);
         script.verbs = {
             {"focus", [this](const Step&) { focus(); }},
             {"leave", [this](const Step&) { rig.window()->makeFirstResponder(nullptr); }},

@@ -1,15 +1,15 @@
 #include "AppKit/NSAppearance.h"
 #include "AppKit/NSColor.h"
 #include "AppKit/NSGraphicsContext.h"
-#include "Foundation/NSLog.h"
 #include "ProbeView.h"
 #include "RecordingDisplay.h"
+#include "Support/CaughtLog.h"
 #include "Support/OffscreenRig.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 namespace {
 
@@ -241,8 +241,7 @@ TEST(NSWindow, AToolTipAppearsWhenThePointerRests)
 
 TEST(NSColor, APatternStartsAtTheCornerOfTheWindow)
 {
-    const auto folder = std::filesystem::temp_directory_path() / "tonaro-pattern-test";
-    std::filesystem::create_directories(folder);
+    const TemporaryFolder folder;
     const auto writeTile = [&](const char* name, std::size_t size) { // left half red, right half green
         const auto tile = CGBitmapContextCreate(size, size);
         const auto half = static_cast<CGFloat>(size) / 2;
@@ -250,7 +249,7 @@ TEST(NSColor, APatternStartsAtTheCornerOfTheWindow)
         CGContextFillRect(tile, CGRectMake(0, 0, half, 2 * half));
         CGContextSetFillColorWithColor(tile, CGColorCreateRGBA(0, 1, 0, 1).get());
         CGContextFillRect(tile, CGRectMake(half, 0, half, 2 * half));
-        ASSERT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(tile).get(), (folder / name).string()));
+        ASSERT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(tile).get(), folder / name));
     };
     writeTile("tile.png", 4);
     writeTile("tile@2x.png", 8);
@@ -267,7 +266,7 @@ TEST(NSColor, APatternStartsAtTheCornerOfTheWindow)
         SCOPED_TRACE(scale);
         OffscreenRig rig({40, 40}, static_cast<CGFloat>(scale));
         auto* const view = rig.add(make<PatternView>(NSRect{{3, 3}, {30, 30}}));
-        const auto path = NSString::string((folder / "tile.png").string());
+        const auto path = NSString::string(folder / "tile.png");
         view->color = NSColor::colorWithPatternImage(make<NSImage>(&NSImage::initByReferencingFile, path).get());
         view->setNeedsDisplay();
         EXPECT_EQ(rig.pixel(scale * 4, scale * 10), kRed);
@@ -275,21 +274,18 @@ TEST(NSColor, APatternStartsAtTheCornerOfTheWindow)
         EXPECT_EQ(rig.pixel(scale * 8, scale * 10), kRed);
         EXPECT_EQ(rig.pixel(scale * 2, scale * 10), Background());
     }
-    std::filesystem::remove_all(folder);
 }
 
 TEST(NSColor, APatternThatCannotBeReadIsNamedOnceAndPaintsQuietly)
 {
-    std::vector<std::string> lines;
-    NSLogSetSink([&](std::string_view text) { lines.emplace_back(text); });
+    const CaughtLog log;
     const auto image = make<NSImage>(&NSImage::initByReferencingFile, "/nowhere/PluginPattern.png"_ns.get());
     const auto color = NSColor::colorWithPatternImage(image);
     color->CGColorForScale(1);
     EXPECT_EQ(CGColorGetComponents(color->CGColorForScale(2).get()),
               CGColorGetComponents(NSAppearanceColor(NSAppearanceColorName::windowBackgroundColor)));
     EXPECT_EQ(image->size(), NSSize{});
-    NSLogSetSink({});
-    EXPECT_THAT(lines, ElementsAre(testing::HasSubstr("/nowhere/PluginPattern.png")));
+    EXPECT_THAT(log.lines, ElementsAre(testing::HasSubstr("/nowhere/PluginPattern.png")));
 }
 
 } // namespace

@@ -71,7 +71,7 @@ struct ProbeRig {
 
     ProbeRig()
     {
-        script.type = [this](const TypedKey& typed) { wanted(rig.key(typed.key, typed.flags)); };
+        script.otherwise = TypingInto([this](const TypedKey& typed) { wanted(rig.key(typed.key, typed.flags)); });
         script.verbs = {
             {"press", onView([this](NSView* view, NSPoint spot) { wanted(rig.press(view, spot)); })},
             {"drag", onView([this](NSView* view, NSPoint spot) { rig.dragTo(view, spot); })},

@@ -1,62 +1,33 @@
 #pragma once
 
-/// What a person does, written down: "press:25 S-drag:30 release wheel:-1 Ret".
-///
-/// Each step is a verb of the rig, with what follows its colon, or a key as in TypedKeys.h. "S-" holds Shift.
+/// Controls and the keyboard in scripts: a word that is no verb is a key as in TypedKeys.h.
 
 #include "AppKit/ActionLog.h"
 #include "Support/OffscreenRig.h"
+#include "Support/Script.h"
 #include "TypedKeys.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
-
-struct Step {
-    std::string what; ///< behind the colon
-    std::uint32_t flags = 0;
-    double number() const { return std::stod(what); }
-};
-
-class Script {
-public:
-    using Verb = std::function<void(const Step&)>;
-    std::map<std::string, Verb> verbs;
-    std::function<void(const TypedKey&)> type;
-    bool typesWords = false; ///< else a word is a verb or one key
-
-    void play(std::string_view script) const
-    {
-        std::istringstream words{std::string(script)};
-        for (std::string word; words >> word;) {
-            const bool shift = word.starts_with("S-") && word.find(':') != word.npos;
-            const auto colon = std::min(word.find(':'), word.size());
-            const auto verb = verbs.find(word.substr(shift ? 2 : 0, colon - (shift ? 2 : 0)));
-            if (verb != verbs.end())
-                verb->second({word.substr(std::min(colon + 1, word.size())), shift ? NSShiftKeyMask + 0U : 0U});
-            else
-                typeKeys(word);
-        }
-    }
-
-private:
-    void typeKeys(const std::string& word) const
-    {
+/// For `Script::otherwise`: each word is one key, unless it may be text.
+template <typename Press> auto TypingInto(Press press, bool isText = false)
+{
+    return [press, isText](const std::string& word) {
         const auto keys = KeysOf(word);
-        ASSERT_TRUE(typesWords || keys.size() == 1) << word << " is no step";
-        for (const TypedKey& key : keys) type(key);
-    }
-};
+        ASSERT_TRUE(isText || keys.size() == 1) << word << " is no step";
+        for (const TypedKey& key : keys) press(key);
+    };
+}
 
 /// A control in a window. A place is "x,y" in the control, or a number that the control's rig reads in its own way.
 template <typename Control> struct ControlRig : OffscreenRig {
     explicit ControlRig(NSRect frame) : owner(make<Control>(frame)), control(add(owner)), log(make<ActionLog>())
     {
         log->watch(*control);
-        script.type = [this](const TypedKey& typed) { key(typed.key, typed.flags); };
+        script.otherwise = TypingInto([this](const TypedKey& typed) { key(typed.key, typed.flags); });
         script.verbs = {
-            {"press", [this](const Step& step) { press(control, placeOf(step.what), step.flags); }},
-            {"drag", [this](const Step& step) { dragTo(control, placeOf(step.what), step.flags); }},
+            {"press", [this](const Step& step) { press(control, placeOf(step), flagsOf(step)); }},
+            {"drag", [this](const Step& step) { dragTo(control, placeOf(step), flagsOf(step)); }},
             {"release", [this](const Step&) { release(); }},
             {"click", [this](const Step&) { click(control); }},
             {"wheel",
@@ -87,10 +58,10 @@ template <typename Control> struct ControlRig : OffscreenRig {
     Script script;
 
 private:
-    NSPoint placeOf(const std::string& what) const
+    static std::uint32_t flagsOf(const Step& step) { return step.shift ? NSShiftKeyMask : 0U; }
+    NSPoint placeOf(const Step& step) const
     {
-        const auto comma = what.find(',');
-        if (comma == what.npos) return at(std::stod(what));
-        return {std::stod(what), std::stod(what.substr(comma + 1))};
+        const auto numbers = step.numbers();
+        return numbers.size() == 2 ? NSPoint{numbers[0], numbers[1]} : at(numbers.at(0));
     }
 };

@@ -1,9 +1,8 @@
 #include "CoreGraphics/CGCairo.h"
 #include "Pixels.h"
+#include "Support/TemporaryFolder.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -111,10 +110,9 @@ TEST(CGImage, WritesACutWithoutItsNeighbours)
     Releases releases;
     const auto image = releases.image();
     const auto cut = CGImageCreateWithImageInRect(image, CGRectMake(1, 0, 2, 2));
-    const std::string path = testing::TempDir() + "cut-" + std::to_string(getpid()) + ".png";
-    ASSERT_TRUE(CGImageWritePNGFile(cut, path));
-    const auto again = CGImageCreateWithPNGFile(path);
-    unlink(path.c_str());
+    const TemporaryFolder folder;
+    ASSERT_TRUE(CGImageWritePNGFile(cut, folder / "cut.png"));
+    const auto again = CGImageCreateWithPNGFile(folder / "cut.png");
     ASSERT_TRUE(again);
     static constexpr const char* kPixels[] = {"020000ff", "030000ff", "050000ff", "060000ff"};
     for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(hexOf(CGImageGetPixels(again), i), kPixels[i]);
@@ -122,25 +120,20 @@ TEST(CGImage, WritesACutWithoutItsNeighbours)
 
 TEST(CGDataProvider, ReadsRegularFilesOnly)
 {
-    const std::string path = testing::TempDir() + "pipe-" + std::to_string(getpid());
-    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const TemporaryFolder folder;
+    const std::string pipe = folder / "pipe", file = folder / "file";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     auto bytesAt = [](const std::string& name) {
         return CGDataProviderCreateWithURL(CFURLCreateFromFileSystemRepresentation(name).get());
     };
-    EXPECT_FALSE(bytesAt(path)); // at once: nobody writes
-    unlink(path.c_str());
-    EXPECT_FALSE(bytesAt("/dev/zero"));
-    EXPECT_FALSE(bytesAt("/"));
+    for (const std::string& path : {pipe, std::string("/dev/zero"), std::string("/")}) EXPECT_FALSE(bytesAt(path));
     EXPECT_FALSE(CGDataProviderCreateWithURL(nullptr));
-    const int file = open(path.c_str(), O_CREAT | O_WRONLY, 0600);
-    ASSERT_EQ(write(file, "seen", 4), 4);
-    const auto seen = bytesAt(path);
+    folder.write("file", "seen");
+    const auto seen = bytesAt(file);
     ASSERT_TRUE(seen);
     EXPECT_EQ(std::string(seen->bytes().begin(), seen->bytes().end()), "seen");
-    ASSERT_EQ(ftruncate(file, 300 << 20), 0); // a hole of 300 MiB
-    EXPECT_FALSE(bytesAt(path));
-    close(file);
-    unlink(path.c_str());
+    std::filesystem::resize_file(file, 300 << 20); // a hole of 300 MiB
+    EXPECT_FALSE(bytesAt(file));
 }
 
 TEST(CGContext, DrawsIntoPixelsOfTheCaller)

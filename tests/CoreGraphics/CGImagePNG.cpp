@@ -1,29 +1,9 @@
 #include "Pixels.h"
+#include "Support/TemporaryFolder.h"
 
-#include <filesystem>
-#include <fstream>
 #include <unistd.h>
 
 namespace {
-
-/// A folder that goes with the test.
-class Folder {
-public:
-    Folder() : mPath(testing::TempDir() + "png-test-" + std::to_string(getpid()))
-    {
-        std::filesystem::create_directory(mPath);
-    }
-    ~Folder() { std::filesystem::remove_all(mPath); }
-    std::string file(const std::string& name) const { return mPath + "/" + name; }
-    std::size_t count() const
-    {
-        return std::size_t(
-            std::distance(std::filesystem::directory_iterator(mPath), std::filesystem::directory_iterator()));
-    }
-
-private:
-    std::string mPath;
-};
 
 std::string bytesOf(std::string_view hex)
 {
@@ -33,10 +13,10 @@ std::string bytesOf(std::string_view hex)
     return bytes;
 }
 
-RetainPtr<CGImage> imageOf(const Folder& folder, const std::string& bytes)
+RetainPtr<CGImage> imageOf(const TemporaryFolder& folder, const std::string& bytes)
 {
-    std::ofstream(folder.file("in.png"), std::ios::binary) << bytes;
-    return CGImageCreateWithPNGFile(folder.file("in.png"));
+    folder.write("in.png", bytes);
+    return CGImageCreateWithPNGFile(folder / "in.png");
 }
 
 constexpr const char* kRGBA8 = "89504e470d0a1a0a0000000d4948445200000002000000020806000000"
@@ -71,7 +51,7 @@ TEST(CGImagePNG, ReadsEveryKindAsPremultipliedRGBA)
          "180e60000067f8077b549f7b550000000049454e44ae426082",
          {"ff0000ff", "00ff00ff", "0000ffff", "404040ff"}},
     };
-    const Folder folder;
+    const TemporaryFolder folder;
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
         const auto image = imageOf(folder, bytesOf(row.file));
@@ -89,10 +69,10 @@ TEST(CGImagePNG, EveryColourAtEveryAlphaComesBack)
         for (int red = 0; red <= 255; red += 5)
             fill(context, CGRectMake(red / 5, alpha - 1, 1, 1), red / 255.0, 1 - red / 255.0, 0.5, alpha / 255.0);
     const auto image = CGBitmapContextCreateImage(context);
-    const Folder folder;
-    ASSERT_TRUE(CGImageWritePNGFile(image, folder.file("out.png")));
-    EXPECT_EQ(folder.count(), 1u); // nothing unfinished stays beside it
-    const auto again = CGImageCreateWithPNGFile(folder.file("out.png"));
+    const TemporaryFolder folder;
+    ASSERT_TRUE(CGImageWritePNGFile(image, folder / "out.png"));
+    EXPECT_EQ(folder.files().size(), 1u); // nothing unfinished stays beside it
+    const auto again = CGImageCreateWithPNGFile(folder / "out.png");
     ASSERT_TRUE(again);
     EXPECT_EQ(CGImageGetWidth(again), 52u);
     EXPECT_TRUE(std::ranges::equal(CGImageGetPixels(image), CGImageGetPixels(again)));
@@ -100,7 +80,7 @@ TEST(CGImagePNG, EveryColourAtEveryAlphaComesBack)
 
 TEST(CGImagePNG, RefusesWhatIsNoWholePicture)
 {
-    const Folder folder;
+    const TemporaryFolder folder;
     const std::string whole = bytesOf(kRGBA8);
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_FALSE(imageOf(folder, whole.substr(0, length))) << length;
@@ -111,13 +91,13 @@ TEST(CGImagePNG, RefusesWhatIsNoWholePicture)
         EXPECT_TRUE(!image || i >= 0x21) << i;
     }
     EXPECT_FALSE(imageOf(folder, "GIF89a and so on"));
-    EXPECT_FALSE(CGImageCreateWithPNGFile(folder.file("missing.png")));
-    EXPECT_FALSE(CGImageCreateWithPNGFile(folder.file("")));
+    EXPECT_FALSE(CGImageCreateWithPNGFile(folder / "missing.png"));
+    EXPECT_FALSE(CGImageCreateWithPNGFile(folder / ""));
 }
 
 TEST(CGImagePNG, RefusesSizesThatTheFileCannotHold)
 {
-    const Folder folder;
+    const TemporaryFolder folder;
     static const struct {
         const char* why;
         const char* file;
@@ -150,11 +130,11 @@ TEST(CGImagePNG, WritesThroughAPipeAndLeavesItThere)
 
 TEST(CGImagePNG, SaysWhenAFileCannotBeWritten)
 {
-    const Folder folder;
+    const TemporaryFolder folder;
     const auto f = letterF();
-    EXPECT_FALSE(CGImageWritePNGFile(f, folder.file("missing/out.png")));
-    EXPECT_FALSE(CGImageWritePNGFile(nullptr, folder.file("out.png")));
-    std::filesystem::create_directory(folder.file("taken"));
-    EXPECT_FALSE(CGImageWritePNGFile(f, folder.file("taken")));
-    EXPECT_EQ(folder.count(), 1u);
+    EXPECT_FALSE(CGImageWritePNGFile(f, folder / "missing/out.png"));
+    EXPECT_FALSE(CGImageWritePNGFile(nullptr, folder / "out.png"));
+    std::filesystem::create_directory(folder / "taken");
+    EXPECT_FALSE(CGImageWritePNGFile(f, folder / "taken"));
+    EXPECT_EQ(folder.files().size(), 1u);
 }

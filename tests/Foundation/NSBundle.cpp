@@ -2,10 +2,8 @@
 
 #include "Foundation/NSStringsFile.h"
 #include "Probe.h"
+#include "Support/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <random>
 
 using testing::ElementsAre;
@@ -79,29 +77,19 @@ TEST(NSStringsFile, SurvivesAnyBytes)
 struct NSBundleTest : testing::Test {
     NSBundleTest()
     {
-        char name[] = "/tmp/bundle.XXXXXX";
-        root = mkdtemp(name);
         write("Info.plist", "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
                             "<string>org.tonaro.probe</string></dict></plist>");
     }
-    ~NSBundleTest() override
-    {
-        std::filesystem::remove_all(root);
-        NSBundle::setPreferredLanguages({});
-    }
-    void write(const std::string& name, std::string_view bytes)
-    {
-        const std::filesystem::path path = root + "/Contents/" + name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << bytes;
-    }
+    ~NSBundleTest() override { NSBundle::setPreferredLanguages({}); }
+    void write(const std::string& name, std::string_view bytes) { folder.write("Contents/" + name, bytes); }
     /// The resource behind ".../Resources/".
     std::string found(std::string_view name, std::string_view extension)
     {
         const std::string path = NSBundle::bundleWithPath(root)->pathForResource(name, extension);
         return path.empty() ? path : path.substr(root.size() + sizeof "/Contents/Resources");
     }
-    std::string root;
+    TemporaryFolder folder;
+    const std::string root = folder.path();
 };
 
 TEST_F(NSBundleTest, FindsResourcesInTheUsersLanguageFirst)
@@ -152,8 +140,8 @@ TEST_F(NSBundleTest, TextsFallBackOneByOne)
     CaughtLog log;
     NSBundle::setPreferredLanguages({"fr"});
     EXPECT_EQ(text("a", "") + text("a", ""), "EnglishEnglish");
-    EXPECT_THAT(log.text, HasSubstr("fr.lproj/Main.strings:1: "));
-    EXPECT_EQ(std::count(log.text.begin(), log.text.end(), '\n'), 1); // said once, not for each text
+    EXPECT_THAT(log.text(), HasSubstr("fr.lproj/Main.strings:1: "));
+    EXPECT_EQ(log.lines.size(), 1U) << "said once, not for each text";
     EXPECT_EQ(bundle->localizedStringForKey("a"_ns.get(), nullptr, nullptr)->utf8(), "a");
 }
 
@@ -176,11 +164,11 @@ TEST_F(NSBundleTest, BrokenBundlesAreNamedInTheLog)
         CaughtLog log;
         write("Info.plist", bytes);
         EXPECT_FALSE(NSBundle::bundleWithPath(root));
-        EXPECT_THAT(log.text, HasSubstr(root + "/Contents/Info.plist"));
+        EXPECT_THAT(log.text(), HasSubstr(root + "/Contents/Info.plist"));
     }
     CaughtLog log;
     EXPECT_FALSE(NSBundle::bundleWithPath(root + "/none"));
-    EXPECT_THAT(log.text, HasSubstr("/none/Contents/Info.plist"));
+    EXPECT_THAT(log.text(), HasSubstr("/none/Contents/Info.plist"));
 }
 
 TEST_F(NSBundleTest, LanguagesComeFromTheEnvironment)

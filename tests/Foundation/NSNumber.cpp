@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -106,53 +107,24 @@ struct Event {
 TEST(NSGetSizeOfEncoding, AgreesWithTheCompiler)
 {
     static const struct {
-        const char* encoding;
         std::size_t size;
+        std::vector<const char*> encodings;
     } kRows[] = {
-        {"c", 1},
-        {"B", 1},
-        {"S", sizeof(short)},
-        {"I", 4},
-        {"l", 4},
-        {"q", 8},
-        {"f", 4},
-        {"d", 8},
-        {"*", sizeof(char*)},
-        {"@", 8},
-        {"@\"NSString\"", 8},
-        {"@?", 8},
-        {"#", 8},
-        {":", 8},
-        {"^v", 8},
-        {"r^{Unit}", 8},
-        {"^^{Node=^{Node}i}", 8},
-        {"{Pair=dI}", sizeof(Pair)},
-        {"{Pair=\"value\"d\"id\"I}", sizeof(Pair)},
-        {"{Nested=c{Pair=dI}s}", sizeof(Nested)},
-        {"(Mixed=d[9C])", sizeof(Mixed)},
-        {"(?=dI)", 8},
-        {"[3i]", 12},
-        {"[2{Pair=dI}]", 2 * sizeof(Pair)},
-        {"{?=I(?={?=^vIII}f)}", sizeof(Event)},
-        // what can't be read has no size
-        {"", 0},
-        {"v", 0},
-        {"x", 0},
-        {"dd", 0},
-        {"{Pair}", 0},
-        {"{Pair=dI", 0},
-        {"{=}", 0},
-        {"{Pair=dI)", 0},
-        {"[3i", 0},
-        {"[i]", 0},
-        {"^", 0},
-        {"{Pair=v}", 0},
-        {"b3", 0},
-        {"[99999999999999999999i]", 0},
-        {"[4000000[4000000d]]", 0},
-        {"{A=\"d", 0},
+        {1, {"c", "B"}},
+        {2, {"S"}},
+        {4, {"I", "l", "f"}},
+        {8, {"q", "d", "*", "@", "@\"NSString\"", "@?", "#", ":", "^v", "r^{Unit}", "^^{Node=^{Node}i}", "(?=dI)"}},
+        {12, {"[3i]"}},
+        {sizeof(Pair), {"{Pair=dI}", "{Pair=\"value\"d\"id\"I}"}},
+        {2 * sizeof(Pair), {"[2{Pair=dI}]"}},
+        {sizeof(Nested), {"{Nested=c{Pair=dI}s}"}},
+        {sizeof(Mixed), {"(Mixed=d[9C])"}},
+        {sizeof(Event), {"{?=I(?={?=^vIII}f)}"}},
+        {0, {"", "v", "x", "dd", "b3", "^", "{Pair}", "{Pair=dI", "{=}", "{Pair=dI)", "{Pair=v}", "{A=\"d"}},
+        {0, {"[3i", "[i]", "[99999999999999999999i]", "[4000000[4000000d]]"}},
     };
-    for (const auto& row : kRows) EXPECT_EQ(NSGetSizeOfEncoding(row.encoding), row.size) << row.encoding;
+    for (const auto& row : kRows)
+        for (const char* encoding : row.encodings) EXPECT_EQ(NSGetSizeOfEncoding(encoding), row.size) << encoding;
     EXPECT_EQ(NSGetSizeOfEncoding(std::string(100000, '[').c_str()), 0u);
     EXPECT_EQ(NSGetSizeOfEncoding(std::string(100000, '^').c_str()), 0u);
     EXPECT_EQ(NSGetSizeOfEncoding(nullptr), 0u);

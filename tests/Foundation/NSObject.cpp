@@ -49,7 +49,7 @@ TEST(NSObject, EndThatFailsUnseenGoesToTheLog)
         auto probe = make<Probe>();
         probe->onDealloc = Fail;
     }
-    EXPECT_THAT(log.text, HasSubstr("no end"));
+    EXPECT_THAT(log.text(), HasSubstr("no end"));
 }
 
 TEST(NSAutoreleasePool, LetsGoAtItsOwnEnd)
@@ -143,7 +143,7 @@ TEST(NSAssertionHandler, DefaultThrowsAndAnotherMayLetWorkGoOn)
         NSAssertionHandler::currentHandler()->handleFailureInMethod("add:", probe, "View.cpp", 7, why);
     };
     EXPECT_EQ(Thrown(fail), "NSInternalInconsistencyException: no listener");
-    for (const char* part : {"Probe", "add:", "View.cpp:7", "no listener"}) EXPECT_THAT(log.text, HasSubstr(part));
+    for (const char* part : {"Probe", "add:", "View.cpp:7", "no listener"}) EXPECT_THAT(log.text(), HasSubstr(part));
 
     const auto quiet = make<Quiet>();
     NSAssertionHandler::setCurrentHandler(quiet);

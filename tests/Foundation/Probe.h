@@ -4,8 +4,8 @@
 
 #include "Foundation/NSClass.h"
 #include "Foundation/NSException.h"
-#include "Foundation/NSLog.h"
 #include "Foundation/NSString.h"
+#include "Support/CaughtLog.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -19,17 +19,6 @@ public:
 
 private:
     std::string mText;
-};
-
-/// Catches what goes to the log while it exists.
-class CaughtLog {
-public:
-    CaughtLog()
-    {
-        NSLogSetSink([this](std::string_view line) { text += std::string(line) + "\n"; });
-    }
-    ~CaughtLog() { NSLogSetSink({}); }
-    std::string text;
 };
 
 /// An object with keys and an action, whose end and whose news go into a journal.

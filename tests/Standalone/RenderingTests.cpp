@@ -4,12 +4,11 @@
 #include "Standalone/NewFile.h"
 #include "Standalone/ProgressBar.h"
 #include "Standalone/SoundFile.h"
+#include "Support/TemporaryFolder.h"
 #include "ui/Program.h"
 
 #include <cmath>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <numbers>
 
 #include <fcntl.h>
@@ -26,24 +25,10 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// A folder of its own, gone with the test.
 class Rendering : public testing::Test {
 protected:
-    Rendering()
-    {
-        std::string name = testing::TempDir() + "tonaro-rendering-XXXXXX";
-        folder = mkdtemp(name.data());
-    }
-    ~Rendering() override { fs::remove_all(folder); }
-
     std::string path(const std::string& name) const { return folder / name; }
-    std::vector<std::string> files() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
+    std::vector<std::string> files() const { return folder.files(); }
     void render(const std::string& name, std::vector<std::pair<std::string, std::string>> settings = {}) const
     {
         Options options;
@@ -61,7 +46,7 @@ protected:
         return {};
     }
 
-    fs::path folder;
+    const TemporaryFolder folder;
 };
 
 TEST_F(Rendering, ReadsBackAsItWasSet)
@@ -141,7 +126,7 @@ TEST_F(Rendering, SaysWhatIsWrongAndLeavesNothing)
 
 TEST_F(Rendering, TakesThePlaceOfWhatWasThereAndItsRights)
 {
-    std::ofstream(path("there.wav")) << "old";
+    folder.write("there.wav", "old");
     chmod(path("there.wav").c_str(), 0640);
     fs::create_symlink("there.wav", path("link.wav"));
     render("link.wav", {{"length", "0.01"}});
@@ -168,7 +153,7 @@ TEST_F(Rendering, FollowsLinksAlsoToAFileThatIsntThereYet)
 
 TEST_F(Rendering, AFailureKeepsWhatWasThere)
 {
-    std::ofstream(path("there.wav")) << "old";
+    folder.write("there.wav", "old");
     {
         const NewFile file(path("there.wav"));
         ASSERT_EQ(write(file.descriptor(), "new", 3), 3);
