@@ -19,13 +19,6 @@ using testing::HasSubstr;
 const std::string kBundle = TONARO_LV2_BUNDLE;
 const std::vector<std::string> kLv2Path = {"LV2_PATH=" + std::filesystem::path(kBundle).parent_path().string()};
 
-bool IsInstalled(const std::string& program)
-{
-    Program which({"sh", "-c", "command -v " + program});
-    which.allOutput();
-    return which.waitForExit(5) == 0;
-}
-
 std::string OutputOf(const std::string& command)
 {
     Program program({"sh", "-c", "exec 2>&1; " + command}, kLv2Path);

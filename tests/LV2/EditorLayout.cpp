@@ -68,3 +68,6 @@ double knobOnScreen(XClient& person, CGPoint origin, const std::string& slider)
     // the knob is 20 wide, and stops where it touches the ends
     return (static_cast<double>(row.rend() - knobEnd) - 20.0) / (static_cast<double>(row.size()) - 20.0);
 }
+
+double partOfHz(double hz) { return std::log10(1.0 + hz / 700.0) / std::log10(1.0 + 24000.0 / 700.0); }
+double hzOfPart(double part) { return (std::pow(1.0 + 24000.0 / 700.0, part) - 1.0) * 700.0; }

@@ -16,3 +16,6 @@ CGFloat editorWidth();
 /// Where the knob of a slider is seen, 0 to 1: the grey part of the track begins at its right edge.
 /// @param origin  of the editor, on the screen
 double knobOnScreen(XClient& person, CGPoint origin, const std::string& slider);
+/// Where the editor's sliders have a frequency, 0 to 1.
+double partOfHz(double hz);
+double hzOfPart(double part);

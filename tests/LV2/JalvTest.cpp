@@ -2,14 +2,12 @@
 
 #include "LV2/EditorLayout.h"
 #include "LV2/JackProbe.h"
+#include "Support/TemporaryFolder.h"
 #include "ui/Xvfb.h"
 
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 
 #include <unistd.h>
@@ -27,17 +25,6 @@ constexpr const char* kPreset = R"(@prefix lv2: <http://lv2plug.in/ns/lv2core#> 
     lv2:port [ lv2:symbol "start_frequency" ; pset:value 9000.0 ] .
 )";
 
-/// A folder that goes away with this.
-struct TemporaryFolder {
-    TemporaryFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "tonaro-XXXXXX").string();
-        path = mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
-    std::filesystem::path path;
-};
-
 /// The first shown window of that name below `window`, wherever it lies.
 xcb_window_t FindWindow(XClient& client, xcb_window_t window, const std::string& name)
 {
@@ -54,16 +41,6 @@ xcb_window_t FindWindow(XClient& client, xcb_window_t window, const std::string&
     return XCB_NONE;
 }
 
-bool IsInstalled(const std::string& program)
-{
-    Program which({"sh", "-c", "command -v " + program});
-    which.allOutput();
-    return which.waitForExit(5) == 0;
-}
-
-double MelFromHz(double hz) { return 2595.0 * std::log10(1.0 + hz / 700.0); }
-double HzFromMel(double mel) { return (std::pow(10.0, mel / 2595.0) - 1.0) * 700.0; }
-
 class Jalv : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override
@@ -72,17 +49,15 @@ protected:
         GTEST_SKIP() << "a program without the sanitizer can't load an object with it";
 #endif
         if (!IsInstalled(GetParam()) || !IsInstalled("jackd")) GTEST_SKIP() << GetParam() << " is not installed";
-        const auto preset = folder.path / "presets" / "test.lv2";
-        std::filesystem::create_directories(preset);
-        std::ofstream(preset / "manifest.ttl") << kPreset;
+        folder.write("presets/test.lv2/manifest.ttl", kPreset);
         settings = {server.setting(),
                     "LC_ALL=C.UTF-8",
                     "JACK_NO_AUDIO_RESERVATION=1",
                     "JACK_DEFAULT_SERVER=" + jackName,
-                    "HOME=" + folder.path.string(),
-                    "XDG_RUNTIME_DIR=" + folder.path.string(),
+                    "HOME=" + folder.path(),
+                    "XDG_RUNTIME_DIR=" + folder.path(),
                     "LV2_PATH=" + std::filesystem::path(TONARO_LV2_BUNDLE).parent_path().string() + ":" +
-                        preset.parent_path().string() + ":/usr/lib/lv2"};
+                        folder / "presets" + ":/usr/lib/lv2"};
         jack.emplace(shell("exec jackd -n " + jackName + " -r -d dummy -r 48000 -p 512"), settings);
         probe.emplace(jackName);
         host.emplace(shell(std::string("exec ") + GetParam() + " https://tonaro.org/lv2/stereo"), settings);
@@ -131,7 +106,7 @@ TEST_P(Jalv, ADragIsHeardAndThePresetIsSeen)
     person.glideTo(at("mStartFrequencySlider", 0.6));
     person.release();
     EXPECT_TRUE(person.waitUntil([&] { return std::abs(knobAt("mStartFrequencySlider") - 0.6) < 0.05; }));
-    const double dragged = HzFromMel(0.6 * MelFromHz(24000.0));
+    const double dragged = hzOfPart(0.6);
     EXPECT_TRUE(person.waitUntil([&] { return std::abs(probe->hertz() - dragged) < 0.1 * dragged; }))
         << probe->hertz() << " Hz where about " << dragged << " was set";
 
@@ -141,7 +116,7 @@ TEST_P(Jalv, ADragIsHeardAndThePresetIsSeen)
     person.key(kUp); // to the last item
     person.key(kReturn);
     EXPECT_TRUE(person.waitUntil([&] { return std::abs(probe->hertz() - 9000.0) < 1.0; })) << probe->hertz() << " Hz";
-    const double preset = MelFromHz(9000.0) / MelFromHz(24000.0);
+    const double preset = partOfHz(9000.0);
     EXPECT_TRUE(person.waitUntil([&] { return std::abs(knobAt("mStartFrequencySlider") - preset) < 0.05; }))
         << knobAt("mStartFrequencySlider");
 }

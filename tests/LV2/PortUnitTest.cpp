@@ -3,6 +3,7 @@
 #include "LV2/PortUnit.h"
 
 #include "AudioUnit/AUEventListener.h"
+#include "Support/Script.h"
 
 #include <gmock/gmock.h>
 
@@ -39,11 +40,22 @@ struct Host final : PortHost {
     PortUnit* echoesAtOnce = nullptr;
 };
 
-/// A unit, its host, and an editor that writes down what it hears.
+/// A unit, its host, and an editor that writes down what it hears. In scripts "set:1=450" is the editor's,
+/// "report:1=450" the host's; "wait:2" lets two pauses go by.
 class PortUnitTest : public testing::Test {
-public: // for the tables
+protected:
     PortUnitTest()
     {
+        const auto portOf = [](const Step& step) { return static_cast<AudioUnitParameterID>(step.numbers().at(0)); };
+        const auto valueOf = [](const Step& step) { return static_cast<float>(step.numbers().at(1)); };
+        script.verbs = {
+            {"begin", [=, this](const Step& step) { unit.ParameterGesture(portOf(step), 0, 0, true); }},
+            {"end", [=, this](const Step& step) { unit.ParameterGesture(portOf(step), 0, 0, false); }},
+            {"set", [=, this](const Step& step) { set(portOf(step), valueOf(step)); }},
+            {"report", [=, this](const Step& step) { unit.portChanged(portOf(step), valueOf(step)); }},
+            {"wait", [this](const Step& step) { wait(step.number() * PortUnit::kPauseSeconds); }},
+            {"close", [this](const Step&) { unit.close(); }},
+        };
         AUEventListenerCreate(
             [](void* self, void*, const AudioUnitEvent* event, std::uint64_t, float value) {
                 auto& log = static_cast<PortUnitTest*>(self)->heard;
@@ -65,8 +77,6 @@ public: // for the tables
         const AudioUnitParameter parameter{&unit, id, kAudioUnitScope_Global, 0};
         AUParameterSet(listener, this, &parameter, value, 0); // as the editor: it is not told of its own edits
     }
-    void begin(AudioUnitParameterID id) { unit.ParameterGesture(id, 0, 0, true); }
-    void end(AudioUnitParameterID id) { unit.ParameterGesture(id, 0, 0, false); }
     void wait(double seconds) { CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false); }
     std::vector<std::string> hears()
     {
@@ -80,128 +90,53 @@ public: // for the tables
         return value;
     }
 
-    static constexpr double kPause = PortUnit::kPauseSeconds;
     CFManualClock clock;
     Host host;
     PortUnit unit{host, 48000.0};
     AUEventListenerRef listener = nullptr;
     std::vector<std::string> heard;
+    Script script;
 };
 
 TEST_F(PortUnitTest, FramesEachEditOnce)
 {
     static const struct {
         const char* why;
-        void (*edit)(PortUnitTest&);
+        const char* script;
         std::vector<std::string> told;
     } kRows[] = {
-        {"a drag",
-         [](PortUnitTest& t) {
-             t.begin(1);
-             t.set(1, 450);
-             t.wait(2 * kPause); // a person who holds still
-             t.set(1, 460);
-             t.end(1);
-         },
+        {"a drag, in which a person holds still",
+         "begin:1 set:1=450 wait:2 set:1=460 end:1",
          {"touch 1", "write 1 450", "write 1 460", "leave 1"}},
-        {"a press that moves nothing",
-         [](PortUnitTest& t) {
-             t.begin(1);
-             t.set(1, 440);
-             t.end(1);
-         },
-         {}},
+        {"a press that moves nothing", "begin:1 set:1=440 end:1", {}},
         {"keys in a row",
-         [](PortUnitTest& t) {
-             for (const float hz : {450.0f, 460.0f, 470.0f}) {
-                 t.set(1, hz);
-                 t.wait(kPause / 2);
-             }
-             t.wait(kPause);
-         },
+         "set:1=450 wait:0.5 set:1=460 wait:0.5 set:1=470 wait:1.5",
          {"touch 1", "write 1 450", "write 1 460", "write 1 470", "leave 1"}},
         {"two keys with a pause between them",
-         [](PortUnitTest& t) {
-             t.set(1, 450);
-             t.wait(1.5 * kPause);
-             t.set(1, 460);
-             t.wait(1.5 * kPause);
-         },
+         "set:1=450 wait:1.5 set:1=460 wait:1.5",
          {"touch 1", "write 1 450", "leave 1", "touch 1", "write 1 460", "leave 1"}},
         {"a drag after a key",
-         [](PortUnitTest& t) {
-             t.set(1, 450);
-             t.begin(1);
-             t.wait(2 * kPause);
-             t.set(1, 460);
-             t.end(1);
-         },
+         "set:1=450 begin:1 wait:2 set:1=460 end:1",
          {"touch 1", "write 1 450", "write 1 460", "leave 1"}},
         {"keys on two controls",
-         [](PortUnitTest& t) {
-             t.set(1, 450);
-             t.set(5, -6);
-             t.wait(2 * kPause);
-         },
+         "set:1=450 set:5=-6 wait:2",
          {"touch 1", "write 1 450", "touch 5", "write 5 -6", "leave 1", "leave 5"}},
         {"a key on one control while another is held",
-         [](PortUnitTest& t) {
-             t.begin(1);
-             t.set(1, 450);
-             t.set(5, -6);
-             t.wait(2 * kPause);
-             t.set(1, 460);
-             t.end(1);
-         },
+         "begin:1 set:1=450 set:5=-6 wait:2 set:1=460 end:1",
          {"touch 1", "write 1 450", "touch 5", "write 5 -6", "leave 5", "write 1 460", "leave 1"}},
-        {"a text field",
-         [](PortUnitTest& t) {
-             t.begin(5);
-             t.set(5, -3);
-             t.end(5);
-             t.wait(2 * kPause);
-         },
-         {"touch 5", "write 5 -3", "leave 5"}},
-        {"gestures of two controls of one parameter",
-         [](PortUnitTest& t) {
-             t.begin(6);
-             t.begin(6);
-             t.set(6, 3);
-             t.end(6);
-             t.set(6, 4);
-             t.end(6);
-             t.end(6); // one too many
-         },
+        {"a text field", "begin:5 set:5=-3 end:5 wait:2", {"touch 5", "write 5 -3", "leave 5"}},
+        {"gestures of two controls of one parameter, and an end too many",
+         "begin:6 begin:6 set:6=3 end:6 set:6=4 end:6 end:6",
          {"touch 6", "write 6 3", "write 6 4", "leave 6"}},
-        {"a value that is held",
-         [](PortUnitTest& t) {
-             t.set(1, 440);
-             t.set(0, 0.9f); // held as 0
-             t.wait(2 * kPause);
-         },
-         {}},
-        {"values that don't fit",
-         [](PortUnitTest& t) {
-             t.set(1, 1e9f);
-             t.set(5, std::nanf(""));
-             t.set(9, 1);
-             t.wait(2 * kPause);
-         },
-         {"touch 1", "write 1 24000", "leave 1"}},
+        {"a value that is held, and one that is held as 0", "set:1=440 set:0=0.9 wait:2", {}},
+        {"values that don't fit", "set:1=1e9 set:5=nan set:9=1 wait:2", {"touch 1", "write 1 24000", "leave 1"}},
         {"an editor that closes within an edit",
-         [](PortUnitTest& t) {
-             t.set(1, 450);
-             t.begin(5);
-             t.set(5, -6);
-             t.begin(6);
-             t.unit.close();
-             t.wait(2 * kPause);
-         },
+         "set:1=450 begin:5 set:5=-6 begin:6 close wait:2",
          {"touch 1", "write 1 450", "touch 5", "write 5 -6", "leave 1", "leave 5"}},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
-        row.edit(*this);
+        script.play(row.script);
         EXPECT_EQ(host.taken(), row.told);
         unit.close();
         wait(2.0); // no echo is expected any more
@@ -213,12 +148,7 @@ TEST_F(PortUnitTest, FramesEachEditOnce)
 
 TEST_F(PortUnitTest, TellsTheEditorWhatTheHostReports)
 {
-    unit.portChanged(1, 1000);
-    unit.portChanged(1, 2000);
-    unit.portChanged(0, 2.9f);
-    unit.portChanged(5, -12); // held already
-    unit.portChanged(6, std::nanf(""));
-    unit.portChanged(7, 1);
+    script.play("report:1=1000 report:1=2000 report:0=2.9 report:5=-12 report:6=nan report:7=1"); // -12 is held already
     EXPECT_THAT(hears(), testing::UnorderedElementsAre("1 2000", "0 2"));
     EXPECT_EQ(held(1), 2000.0f);
     unit.portChanged(3, std::numeric_limits<float>::infinity());
@@ -244,9 +174,7 @@ TEST_F(PortUnitTest, KnowsTheEchoesOfItsOwnWrites)
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
-        begin(1);
-        for (const float hz : {1000.0f, 2000.0f, 1000.0f, 3000.0f}) set(1, hz);
-        end(1);
+        script.play("begin:1 set:1=1000 set:1=2000 set:1=1000 set:1=3000 end:1");
         for (const float hz : row.reports) unit.portChanged(1, hz);
         EXPECT_EQ(hears(), row.heard);
         wait(PortEchoes::kSeconds);
@@ -259,18 +187,14 @@ TEST_F(PortUnitTest, AReportLongAfterTheWriteIsTheHostsOwn)
 {
     set(1, 1000);
     wait(2 * PortEchoes::kSeconds);
-    unit.portChanged(1, 2000);
-    unit.portChanged(1, 1000);
+    script.play("report:1=2000 report:1=1000");
     EXPECT_THAT(hears(), ElementsAre("1 1000"));
 }
 
 TEST_F(PortUnitTest, TakesEchoesFromWithinTheWrite)
 {
     host.echoesAtOnce = &unit;
-    begin(1);
-    set(1, 1000);
-    set(1, 2000);
-    end(1);
+    script.play("begin:1 set:1=1000 set:1=2000 end:1");
     EXPECT_THAT(hears(), IsEmpty());
     unit.portChanged(1, 1000); // both echoes came, so this is the host's
     EXPECT_THAT(hears(), ElementsAre("1 1000"));
@@ -281,41 +205,20 @@ TEST_F(PortUnitTest, TheHostDoesNotFightADrag)
 {
     static const struct {
         const char* why;
-        void (*drag)(PortUnitTest&);
+        const char* drag;
         std::vector<std::string> heardAfterwards;
         float held;
     } kRows[] = {
-        {"a report before a later move",
-         [](PortUnitTest& t) {
-             t.set(1, 1000);
-             t.unit.portChanged(1, 500);
-             t.set(1, 2000);
-         },
-         {},
-         2000},
-        {"a report before an echo",
-         [](PortUnitTest& t) {
-             t.set(1, 1000);
-             t.unit.portChanged(1, 500);
-             t.unit.portChanged(1, 1000);
-         },
-         {},
-         1000},
-        {"a report after the last move",
-         [](PortUnitTest& t) {
-             t.set(1, 1000);
-             t.unit.portChanged(1, 500);
-         },
-         {"1 500"},
-         500},
-        {"a report before the first move", [](PortUnitTest& t) { t.unit.portChanged(1, 600); }, {"1 600"}, 600},
+        {"a report before a later move", "begin:1 set:1=1000 report:1=500 set:1=2000", {}, 2000},
+        {"a report before an echo", "begin:1 set:1=1000 report:1=500 report:1=1000", {}, 1000},
+        {"a report after the last move", "begin:1 set:1=1000 report:1=500", {"1 500"}, 500},
+        {"a report before the first move", "begin:1 report:1=600", {"1 600"}, 600},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
-        begin(1);
-        row.drag(*this);
+        script.play(row.drag);
         EXPECT_THAT(hears(), IsEmpty());
-        end(1);
+        script.play("end:1");
         EXPECT_EQ(hears(), row.heardAfterwards);
         EXPECT_EQ(held(1), row.held);
         wait(2 * PortEchoes::kSeconds);

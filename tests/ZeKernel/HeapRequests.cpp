@@ -1,11 +1,12 @@
 #include "HeapRequests.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
 namespace {
 
-std::size_t requests = 0;
+std::atomic<std::size_t> requests = 0;
 
 void* Request(std::size_t size) noexcept
 {

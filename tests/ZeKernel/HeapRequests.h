@@ -2,5 +2,5 @@
 
 #include <cstddef>
 
-/// How often this program has asked for memory with `new` so far.
+/// How often this program has asked for memory with `new` so far, shared objects and other threads included.
 std::size_t HeapRequests();

@@ -68,7 +68,6 @@ public:
     {
     }
 
-    static bool isInstalled() { return Program({"sh", "-c", "command -v jackd"}).waitForExit(10) == 0; }
     static std::vector<std::string> settings()
     {
         return {"JACK_DEFAULT_SERVER=" + kName, "JACK_NO_AUDIO_RESERVATION=1", "PULSE_SERVER=/nonexistent"};
@@ -86,7 +85,7 @@ private:
 
 TEST_F(EditorSound, PlaysOnAServerUntilThatIsGone)
 {
-    if (!JackServer::isInstalled()) GTEST_SKIP() << "jackd is not installed";
+    if (!IsInstalled("jackd")) GTEST_SKIP() << "jackd is not installed";
     JackServer jack;
     ASSERT_TRUE(person.waitUntil([] { return JackServer::devices() == "jack:system  (2 channels, 48000 Hz)\n"; }));
     auto settings = JackServer::settings();

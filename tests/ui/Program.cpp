@@ -187,3 +187,8 @@ std::optional<int> Program::waitForExit(double seconds)
     }
     return mStatus;
 }
+
+bool IsInstalled(const std::string& program)
+{
+    return Program({"sh", "-c", "command -v " + program}).waitForExit(10) == 0;
+}

@@ -11,6 +11,8 @@
 
 /// Seconds of a clock that never goes back.
 double SecondsNow();
+/// Whether PATH has a program of that name.
+bool IsInstalled(const std::string& program);
 
 class Program {
 public:
