@@ -7,7 +7,6 @@
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr CGRect kAll{{0, 0}, {1000, 1000}};
 
 RetainPtr<CGImage> checker() // black and white, 2 by 2
@@ -22,33 +21,6 @@ RetainPtr<CGImage> checker() // black and white, 2 by 2
 constexpr std::pair<const char*, char> kInk[] = {{"000000ff", '#'}, {"ffffffff", 'o'}, {"00000000", '.'}};
 
 } // namespace
-
-TEST(CGContext, BlendsPremultiplied)
-{
-    static const struct {
-        const char* why;
-        std::array<double, 4> below, above;
-        double stateAlpha;
-        const char* pixel;
-    } kRows[] = {
-        {"red comes first", {0, 0, 0, 0}, {1, 0, 0, 1}, 1, "ff0000ff"},
-        {"blue comes third", {0, 0, 0, 0}, {0, 0, 1, 1}, 1, "0000ffff"},
-        {"colour times alpha", {0, 0, 0, 0}, {1, 0.5, 0, 0.5}, 1, "80400080"},
-        {"half over opaque: 255 * 127 / 255 stays", {0, 1, 0, 1}, {1, 0, 0, 0.5}, 1, "807f00ff"},
-        {"the state's alpha multiplies", {0, 1, 0, 1}, {1, 0, 0, 1}, 0.5, "807f00ff"},
-        {"0.2 is 51 of 255", {1, 1, 1, 1}, {0, 0, 0, 1}, 0.2, "ccccccff"},
-        {"components are kept to their range", {0, 0, 0, 0}, {7, -1, kNaN, 2}, kInfinity, "ff0000ff"},
-        {"no alpha, no change", {0, 0, 1, 1}, {1, 1, 1, 1}, kNaN, "0000ffff"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        const auto context = CGBitmapContextCreate(1, 1);
-        fill(context, kAll, row.below[0], row.below[1], row.below[2], row.below[3]);
-        CGContextSetAlpha(context, row.stateAlpha);
-        fill(context, kAll, row.above[0], row.above[1], row.above[2], row.above[3]);
-        EXPECT_EQ(pixelOf(context, 0, 0), row.pixel);
-    }
-}
 
 TEST(CGContext, CoversPartOfAPixelInProportion)
 {
@@ -125,19 +97,6 @@ TEST(CGContext, PathsEncloseTheirArea)
         EXPECT_EQ(pixelOf(context, 31, 31), "00000000");
         CGContextFillPath(context); // consumed: nothing is drawn twice
         EXPECT_NEAR(inkOf(context), row.area, 0.6);
-    }
-}
-
-TEST(CGContext, RoundedRectLeavesItsCornersOpen)
-{
-    const auto context = CGBitmapContextCreate(20, 20);
-    CGContextAddRoundedRect(context, CGRectMake(0, 0, 20, 20), 8);
-    CGContextFillPath(context);
-    for (std::size_t corner : {0u, 19u}) {
-        EXPECT_EQ(pixelOf(context, corner, corner), "00000000");
-        EXPECT_EQ(pixelOf(context, 19 - corner, corner), "00000000");
-        EXPECT_EQ(pixelOf(context, corner, 10), "000000ff");
-        EXPECT_EQ(pixelOf(context, 10, corner), "000000ff");
     }
 }
 
@@ -327,53 +286,6 @@ TEST(CGContext, RefusesSizesThatNoBitmapHas)
     EXPECT_FALSE(CGBitmapContextCreate(1, 32768));
     EXPECT_FALSE(CGBitmapContextCreate(std::size_t(-1), 1));
     EXPECT_TRUE(CGBitmapContextCreate(32767, 1));
-}
-
-// Every call with every strange number; afterwards the context draws as if nothing had been.
-TEST(CGContext, SurvivesAnyNumbers)
-{
-    const auto context = CGBitmapContextCreate(8, 8);
-    const auto f = letterF();
-    const auto pattern = CGColorCreateWithPatternImage(f, 1e-300);
-    const auto white = CGColorCreateRGBA(1, 1, 1, 1);
-    const CGColorRef colors[] = {white, nullptr};
-    static constexpr double kStrange[] = {kNaN, kInfinity, -kInfinity, 1e308, -1e308, 1e-308, 3e9, -8e6, 1e5, 0, -1};
-    for (const double v : kStrange) {
-        const auto gradient = CGGradientCreate(colors, std::array{v, 0.5});
-        for (const double w : kStrange) {
-            const ScopedGState state(context);
-            const CGRect rects[] = {{{v, w}, {w, v}}, {{1, v}, {3, w}}, {{v, 1}, {w, 3}}};
-            for (const CGRect& r : rects) {
-                CGContextFillRect(context, r);
-                CGContextStrokeRectWithWidth(context, r, w);
-                CGContextDrawImage(context, r, f);
-                CGContextAddRoundedRect(context, r, w);
-                CGContextAddEllipseInRect(context, r);
-                CGContextFillPath(context);
-            }
-            CGContextSetLineWidth(context, w);
-            CGContextMoveToPoint(context, v, w);
-            CGContextAddLineToPoint(context, 4, 4);
-            CGContextAddCurveToPoint(context, 1, 2, v, 4, 5, w);
-            CGContextAddArc(context, 4, 4, v, w, v);
-            CGContextStrokePath(context);
-            CGContextDrawLinearGradient(context, gradient, {v, 0}, {0, w});
-            CGContextSetPatternPhase(context, {v, w});
-            CGContextScaleCTM(context, v, w);
-            CGContextTranslateCTM(context, w, v);
-            CGContextSetFillColorWithColor(context, pattern);
-            CGContextFillRect(context, CGRectMake(0, 0, 4, 4));
-            CGContextDrawImage(context, CGRectMake(0, 0, 4, 4), f);
-            CGContextSetStrokeColorWithColor(context, pattern);
-            CGContextAddRect(context, CGRectMake(1, 1, 4, 4));
-            CGContextStrokePath(context);
-            CGContextClipToRect(context, CGRectMake(v, w, 5, 5));
-        }
-    }
-    CGContextClearRect(context, kAll);
-    EXPECT_EQ(inkOf(context), 0);
-    CGContextFillRect(context, CGRectMake(1, 1, 3, 3));
-    EXPECT_EQ(inkOf(context), 9);
 }
 
 TEST(CGContext, NothingHappensWithoutContextColorOrImage)

@@ -20,15 +20,6 @@ std::string rowWithDash(CGFloat phase, const std::vector<CGFloat>& lengths)
     return drawingOf(context, kInk);
 }
 
-/// The same colour from end to end.
-RetainPtr<CGGradient> plainGradient(CGFloat r, CGFloat g, CGFloat b)
-{
-    const auto color = CGColorCreateRGBA(r, g, b, 1);
-    const CGColorRef colors[] = {color, color};
-    const CGFloat locations[] = {0, 1};
-    return CGGradientCreate(colors, locations);
-}
-
 } // namespace
 
 TEST(CGContext, DashesLines)
@@ -53,34 +44,46 @@ TEST(CGContext, DashesLines)
     for (const auto& row : kRows) EXPECT_EQ(rowWithDash(row.phase, row.lengths), row.drawing) << row.why;
 }
 
-TEST(CGContext, BlendModesCombineWithWhatIsThere)
+TEST(CGContext, BlendsPremultipliedWithWhatIsThere)
 {
     static const struct {
         const char* why;
-        CGBlendMode mode;
         std::array<double, 4> below, above;
+        double stateAlpha;
         const char* pixel;
+        CGBlendMode mode = kCGBlendModeNormal;
     } kRows[] = {
-        {"normal", kCGBlendModeNormal, {1, 1, 1, 1}, {1, 0, 0, 0.5}, "ff7f7fff"},
-        {"copy", kCGBlendModeCopy, {1, 1, 1, 1}, {1, 0, 0, 0.5}, "80000080"},
-        {"difference", kCGBlendModeDifference, {0.2, 0.8, 1, 1}, {1, 1, 1, 1}, "cc3300ff"},
-        {"difference from nothing", kCGBlendModeDifference, {0, 0, 0, 0}, {1, 1, 0, 1}, "ffff00ff"},
-        {"unknown", CGBlendMode(5), {1, 1, 1, 1}, {1, 0, 0, 0.5}, "ff7f7fff"},
+        {"red comes first", {0, 0, 0, 0}, {1, 0, 0, 1}, 1, "ff0000ff"},
+        {"blue comes third", {0, 0, 0, 0}, {0, 0, 1, 1}, 1, "0000ffff"},
+        {"colour times alpha", {0, 0, 0, 0}, {1, 0.5, 0, 0.5}, 1, "80400080"},
+        {"half over opaque: 255 * 127 / 255 stays", {0, 1, 0, 1}, {1, 0, 0, 0.5}, 1, "807f00ff"},
+        {"the state's alpha multiplies", {0, 1, 0, 1}, {1, 0, 0, 1}, 0.5, "807f00ff"},
+        {"0.2 is 51 of 255", {1, 1, 1, 1}, {0, 0, 0, 1}, 0.2, "ccccccff"},
+        {"components are kept to their range", {0, 0, 0, 0}, {7, -1, kNaN, 2}, kInfinity, "ff0000ff"},
+        {"no alpha, no change", {0, 0, 1, 1}, {1, 1, 1, 1}, kNaN, "0000ffff"},
+        {"copy", {1, 1, 1, 1}, {1, 0, 0, 0.5}, 1, "80000080", kCGBlendModeCopy},
+        {"difference", {0.2, 0.8, 1, 1}, {1, 1, 1, 1}, 1, "cc3300ff", kCGBlendModeDifference},
+        {"difference from nothing", {0, 0, 0, 0}, {1, 1, 0, 1}, 1, "ffff00ff", kCGBlendModeDifference},
+        {"an unknown mode is the normal one", {1, 1, 1, 1}, {1, 0, 0, 0.5}, 1, "ff7f7fff", CGBlendMode(5)},
     };
     for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
         const auto context = CGBitmapContextCreate(2, 1);
         fill(context, kAll, row.below[0], row.below[1], row.below[2], row.below[3]);
         const std::string before = pixelOf(context, 1, 0);
+        CGContextSetAlpha(context, row.stateAlpha);
         CGContextSetBlendMode(context, row.mode);
         fill(context, CGRectMake(0, 0, 1, 1), row.above[0], row.above[1], row.above[2], row.above[3]);
-        EXPECT_EQ(pixelOf(context, 0, 0), row.pixel) << row.why;
-        EXPECT_EQ(pixelOf(context, 1, 0), before) << row.why;
+        EXPECT_EQ(pixelOf(context, 0, 0), row.pixel);
+        EXPECT_EQ(pixelOf(context, 1, 0), before) << "beside it";
     }
 }
 
 TEST(CGContext, CopyingLeavesAloneWhatIsNotDrawnOn)
 {
-    const auto gradient = plainGradient(1, 0, 0);
+    const auto red = CGColorCreateRGBA(1, 0, 0, 1);
+    const CGColorRef colors[] = {red, red};
+    const auto gradient = CGGradientCreate(colors, std::array{0.0, 1.0});
     const auto context = CGBitmapContextCreate(6, 2);
     fill(context, kAll, 0, 0, 0, 1);
     CGContextSetBlendMode(context, kCGBlendModeCopy);
@@ -141,6 +144,8 @@ TEST(CGContext, AlphaFirstPixelsAreTheirOwnersOnes)
     const auto last = CGBitmapContextCreate(bytes.data(), 2, 1, kCGImageAlphaPremultipliedLast);
     EXPECT_EQ(pixelOf(last, 0, 0), "80800000");
     EXPECT_EQ(CGBitmapContextGetData(last), bytes.data());
+    fill(last, CGRectMake(0, 0, 1, 1), 1, 0, 0, 1);
+    EXPECT_EQ(hexOf(bytes, 0), "ff0000ff");
     EXPECT_FALSE(CGBitmapContextCreate(bytes.data(), 2, 1, CGImageAlphaInfo(0)));
     EXPECT_FALSE(CGBitmapContextCreate(nullptr, 2, 1, kCGImageAlphaPremultipliedFirst));
     EXPECT_FALSE(CGBitmapContextCreate(bytes.data(), 0, 1, kCGImageAlphaPremultipliedFirst));
@@ -160,27 +165,55 @@ TEST(CGContext, TextMatrixIsNoPartOfTheSavedState)
     EXPECT_TRUE(m.a == 2 && m.b == 0 && m.c == 0 && m.d == -2 && m.tx == 3 && m.ty == 4);
 }
 
-// As for plain drawing: afterwards the context draws as if nothing had been.
-TEST(CGContext, ModesSurviveAnyNumbers)
+// Every call with every strange number; afterwards the context draws as if nothing had been.
+TEST(CGContext, SurvivesAnyNumbers)
 {
-    const auto gradient = plainGradient(1, 1, 1);
     const auto context = CGBitmapContextCreate(8, 8);
-    static constexpr double kStrange[] = {kNaN, kInfinity, 1e308, -1e308, 1e-308, 3e9, -8e6, 1e-6, 0, -1};
-    for (const CGBlendMode mode : {kCGBlendModeCopy, kCGBlendModeDifference})
+    const auto f = letterF();
+    const auto pattern = CGColorCreateWithPatternImage(f, 1e-300);
+    const auto white = CGColorCreateRGBA(1, 1, 1, 1);
+    const CGColorRef colors[] = {white, nullptr};
+    static constexpr double kStrange[] = {kNaN, kInfinity, -kInfinity, 1e308, -1e308, 1e-308,
+                                          3e9,  -8e6,      1e5,        1e-6,  0,      -1};
+    const auto drawWith = [&](CGBlendMode mode, double v, double w) {
+        const ScopedGState state(context);
+        CGContextSetBlendMode(context, mode);
+        const auto gradient = CGGradientCreate(colors, std::array{v, 0.5});
+        for (const CGRect& r : {CGRect{{v, w}, {w, v}}, CGRect{{1, v}, {3, w}}, CGRect{{v, 1}, {w, 3}}}) {
+            CGContextFillRect(context, r);
+            CGContextStrokeRect(context, r);
+            CGContextStrokeRectWithWidth(context, r, w);
+            CGContextDrawImage(context, r, f);
+            CGContextAddRoundedRect(context, r, w);
+            CGContextAddEllipseInRect(context, r);
+            CGContextFillPath(context);
+        }
+        CGContextSetLineWidth(context, w);
+        CGContextMoveToPoint(context, v, w);
+        CGContextAddLineToPoint(context, 4, 4);
+        CGContextAddCurveToPoint(context, 1, 2, v, 4, 5, w);
+        CGContextAddQuadCurveToPoint(context, v, w, 4, v);
+        CGContextAddArc(context, 4, 4, v, w, v);
+        CGContextStrokePath(context);
+        CGContextSetLineDash(context, w, std::array{std::abs(v), std::abs(w)}.data(), 2);
+        CGContextStrokeLineSegments(context, std::array<CGPoint, 4>{{{v, w}, {4, 4}, {0, v}, {8, w}}}.data(), 4);
+        CGContextDrawLinearGradient(context, gradient, {v, 0}, {0, w});
+        CGContextSetPatternPhase(context, {v, w});
+        CGContextScaleCTM(context, v, w);
+        CGContextTranslateCTM(context, w, v);
+        CGContextSetFillColorWithColor(context, pattern);
+        CGContextFillRect(context, CGRectMake(0, 0, 4, 4));
+        CGContextDrawImage(context, CGRectMake(0, 0, 4, 4), f);
+        CGContextSetStrokeColorWithColor(context, pattern);
+        CGContextAddRect(context, CGRectMake(1, 1, 4, 4));
+        CGContextStrokePath(context);
+        CGContextClipToRect(context, CGRectMake(v, w, 5, 5));
+    };
+    for (const CGBlendMode mode : {kCGBlendModeNormal, kCGBlendModeCopy, kCGBlendModeDifference})
         for (const double v : kStrange)
-            for (const double w : kStrange) {
-                const ScopedGState state(context);
-                CGContextSetBlendMode(context, mode);
-                const CGFloat lengths[] = {std::abs(v), std::abs(w)};
-                CGContextSetLineDash(context, w, lengths, 2);
-                const CGPoint points[] = {{v, w}, {4, 4}, {0, v}, {8, w}};
-                CGContextStrokeLineSegments(context, points, 4);
-                CGContextStrokeRect(context, CGRectMake(v, 1, w, 5));
-                CGContextAddQuadCurveToPoint(context, v, w, 4, v);
-                CGContextStrokePath(context);
-                CGContextDrawLinearGradient(context, gradient, {v, 0}, {0, w});
-            }
+            for (const double w : kStrange) drawWith(mode, v, w);
     CGContextClearRect(context, kAll);
+    EXPECT_EQ(inkOf(context), 0);
     CGContextFillRect(context, CGRectMake(1, 1, 3, 3));
     EXPECT_EQ(inkOf(context), 9);
 }

@@ -135,18 +135,3 @@ TEST(CGDataProvider, ReadsRegularFilesOnly)
     std::filesystem::resize_file(file, 300 << 20); // a hole of 300 MiB
     EXPECT_FALSE(bytesAt(file));
 }
-
-TEST(CGContext, DrawsIntoPixelsOfTheCaller)
-{
-    std::array<std::uint8_t, 16> pixels{};
-    pixels[0] = pixels[3] = 255;
-    {
-        const auto context = CGBitmapContextCreate(pixels.data(), 2, 2);
-        EXPECT_EQ(pixelOf(context, 0, 0), "ff0000ff");
-        EXPECT_EQ(CGBitmapContextGetPixels(context).data(), pixels.data());
-        fill(context, CGRectMake(1, 1, 1, 1), 0, 0, 1, 1);
-    }
-    EXPECT_EQ(hexOf(pixels, 3), "0000ffff");
-    EXPECT_FALSE(CGBitmapContextCreate(nullptr, 2, 2));
-    EXPECT_FALSE(CGBitmapContextCreate(pixels.data(), 0, 2));
-}
