@@ -60,18 +60,29 @@ private:
     alignas(8) std::array<std::uint8_t, 256> mBytes{};
 };
 
-Message SetFormat(Names& names, std::int32_t format)
-{
-    Message message(names, LV2_PATCH__Set);
-    message.key(names(LV2_PATCH__property)).urid(names(kTonaroTimeFormatURI));
-    message.key(names(LV2_PATCH__value)).integer(format);
-    return message;
-}
+class ToneProcessorTest : public testing::Test {
+protected:
+    Message message(const char* type) { return {names, type}; }
+    Message formatMessage(std::int32_t format)
+    {
+        Message made(names, LV2_PATCH__Set);
+        made.key(names(LV2_PATCH__property)).urid(names(kTonaroTimeFormatURI));
+        made.key(names(LV2_PATCH__value)).integer(format);
+        return made;
+    }
+    /// It arrives, too.
+    void sendFormat(std::int32_t format)
+    {
+        formatMessage(format).sendTo(tone);
+        tone.run();
+    }
 
-TEST(ToneProcessor, RendersWhatItsPortsSay)
-{
     Names names;
-    HostedTone tone(names);
+    HostedTone tone{names};
+};
+
+TEST_F(ToneProcessorTest, RendersWhatItsPortsSay)
+{
     tone.controls[kParamStartFrequency] = 997.0f;
     tone.controls[kParamGain] = 0.0f;
     const auto samples = tone.rendered(20);
@@ -86,10 +97,8 @@ TEST(ToneProcessor, RendersWhatItsPortsSay)
     EXPECT_EQ(mono.rendered(20), samples);
 }
 
-TEST(ToneProcessor, RepeatsASweepAndGoesOnWithATone)
+TEST_F(ToneProcessorTest, RepeatsASweepAndGoesOnWithATone)
 {
-    Names names;
-    HostedTone tone(names);
     tone.controls[kParamStartFrequency] = 1000.0f;
     tone.controls[kParamEndFrequency] = 4000.0f;
     tone.controls[kParamUseEnd] = 1.0f;
@@ -105,34 +114,28 @@ TEST(ToneProcessor, RepeatsASweepAndGoesOnWithATone)
     EXPECT_NEAR(crossings(6), 3625 * 0.032, 2);
     EXPECT_NEAR(crossings(6), 1375 * 0.032, 2);
     // a transport that starts to roll begins it anew
-    Message(names, LV2_TIME__Position).key(names(LV2_TIME__speed)).number(1.0f).sendTo(tone);
+    message(LV2_TIME__Position).key(names(LV2_TIME__speed)).number(1.0f).sendTo(tone);
     EXPECT_NEAR(crossings(6), 1375 * 0.032, 2);
-    Message(names, LV2_TIME__Position).key(names(LV2_TIME__speed)).number(1.0f).sendTo(tone);
+    message(LV2_TIME__Position).key(names(LV2_TIME__speed)).number(1.0f).sendTo(tone);
     EXPECT_NEAR(crossings(6), 2125 * 0.032, 2); // goes on: it rolled already
 }
 
-TEST(ToneProcessor, TakesControlsThatDontFit)
+TEST_F(ToneProcessorTest, TakesControlsThatDontFit)
 {
-    Names names;
-    HostedTone tone(names);
     for (const float wild : {std::nanf(""), std::numeric_limits<float>::infinity(), -1e30f, 1e30f, 0.0f}) {
         tone.controls.fill(wild);
         EXPECT_THAT(tone.rendered(4), Each(testing::AllOf(testing::Ge(-1.5f), testing::Le(1.5f)))) << wild;
     }
 }
 
-TEST(ToneProcessor, KeepsTheTimeFormatInItsState)
+TEST_F(ToneProcessorTest, KeepsTheTimeFormatInItsState)
 {
-    Names names;
-    HostedTone tone(names);
     const LV2_URID format = names(kTonaroTimeFormatURI);
     EXPECT_THAT(tone.saved(), ElementsAre(Pair(format, 1)));
-    SetFormat(names, 5).sendTo(tone);
-    tone.run();
+    sendFormat(5);
     EXPECT_THAT(tone.saved(), ElementsAre(Pair(format, 5)));
     for (const std::int32_t wrong : {-1, 21, 1 << 30}) {
-        SetFormat(names, wrong).sendTo(tone);
-        tone.run();
+        sendFormat(wrong);
         tone.restore({{format, wrong}});
         EXPECT_THAT(tone.saved(), ElementsAre(Pair(format, 5))) << wrong;
     }
@@ -143,10 +146,8 @@ TEST(ToneProcessor, KeepsTheTimeFormatInItsState)
     EXPECT_THAT(other.saved(), ElementsAre(Pair(format, 1)));
 }
 
-TEST(ToneProcessor, TellsItsTimeFormatWhenAskedOrChanged)
+TEST_F(ToneProcessorTest, TellsItsTimeFormatWhenAskedOrChanged)
 {
-    Names names;
-    HostedTone tone(names);
     const auto told = [&] {
         tone.run();
         std::vector<std::int32_t> formats;
@@ -160,25 +161,24 @@ TEST(ToneProcessor, TellsItsTimeFormatWhenAskedOrChanged)
         return formats;
     };
     EXPECT_THAT(told(), IsEmpty());
-    Message(names, LV2_PATCH__Get).sendTo(tone);
+    message(LV2_PATCH__Get).sendTo(tone);
     EXPECT_THAT(told(), ElementsAre(1));
-    Message(names, LV2_PATCH__Get).key(names(LV2_PATCH__property)).urid(names("urn:another")).sendTo(tone);
-    Message(names, LV2_PATCH__Set).key(names(LV2_PATCH__property)).urid(names(kTonaroTimeFormatURI)).sendTo(tone);
+    message(LV2_PATCH__Get).key(names(LV2_PATCH__property)).urid(names("urn:another")).sendTo(tone);
+    message(LV2_PATCH__Set).key(names(LV2_PATCH__property)).urid(names(kTonaroTimeFormatURI)).sendTo(tone);
     EXPECT_THAT(told(), IsEmpty());
-    SetFormat(names, 3).sendTo(tone);
+    formatMessage(3).sendTo(tone);
     EXPECT_THAT(told(), ElementsAre(3));
     tone.restore({{names(kTonaroTimeFormatURI), 4}});
     EXPECT_THAT(told(), ElementsAre(4));
     EXPECT_THAT(told(), IsEmpty());
 }
 
-TEST(ToneProcessor, NeedsNoPortsButRefusesAHostWithoutNames)
+TEST_F(ToneProcessorTest, NeedsNoPortsButRefusesAHostWithoutNames)
 {
     const SharedObject object("tonaro.so");
     const LV2_Descriptor* plugin = object.function<const LV2_Descriptor*(std::uint32_t)>("lv2_descriptor")(0);
     const LV2_Feature* const nothing[] = {nullptr};
     EXPECT_EQ(plugin->instantiate(plugin, 48000.0, "", nothing), nullptr);
-    Names names;
     const LV2_Feature map{LV2_URID__map, names.map()};
     const LV2_Feature* const features[] = {&map, nullptr};
     const LV2_Handle handle = plugin->instantiate(plugin, 48000.0, "", features);
@@ -188,10 +188,8 @@ TEST(ToneProcessor, NeedsNoPortsButRefusesAHostWithoutNames)
     plugin->cleanup(handle);
 }
 
-TEST(ToneProcessor, ReadsNoFurtherThanAMessageGoes)
+TEST_F(ToneProcessorTest, ReadsNoFurtherThanAMessageGoes)
 {
-    Names names;
-    HostedTone tone(names);
     const struct {
         const char* why;
         std::size_t word;
@@ -210,26 +208,23 @@ TEST(ToneProcessor, ReadsNoFurtherThanAMessageGoes)
         {"a number of another size", 12, 8},
     };
     for (const auto& row : kRows) {
-        SetFormat(names, 5).change(row.word, row.value).sendTo(tone);
+        formatMessage(5).change(row.word, row.value).sendTo(tone);
         tone.run();
         EXPECT_THAT(tone.saved(), ElementsAre(Pair(testing::_, 1))) << row.why;
-        SetFormat(names, 1).sendTo(tone);
-        tone.run();
+        sendFormat(1);
     }
-    SetFormat(names, 5).sendTo(tone);
-    tone.run();
+    sendFormat(5);
     EXPECT_THAT(tone.saved(), ElementsAre(Pair(testing::_, 5)));
 }
 
-TEST(ToneProcessor, RefusesRatesAtWhichThereIsNoTone)
+TEST_F(ToneProcessorTest, RefusesRatesAtWhichThereIsNoTone)
 {
-    Names names;
     for (const double rate : {0.0, -48000.0, 0.01, 768001.0, 1e12, 1e300, std::numeric_limits<double>::infinity(),
                               std::numeric_limits<double>::quiet_NaN()})
         EXPECT_THROW(HostedTone(names, kTonaroMonoURI, rate), std::runtime_error) << rate;
     for (const double rate : {1.0, 8000.0, 768000.0}) {
-        HostedTone tone(names, kTonaroMonoURI, rate);
-        EXPECT_THAT(tone.rendered(4), Each(testing::AllOf(testing::Ge(-1.5f), testing::Le(1.5f)))) << rate;
+        HostedTone mono(names, kTonaroMonoURI, rate);
+        EXPECT_THAT(mono.rendered(4), Each(testing::AllOf(testing::Ge(-1.5f), testing::Le(1.5f)))) << rate;
     }
 }
 
@@ -247,11 +242,9 @@ void RunEverything(HostedTone& tone)
     }
 }
 
-TEST(ToneProcessor, AllocatesNothingWhileItRuns)
+TEST_F(ToneProcessorTest, AllocatesNothingWhileItRuns)
 {
-    Names names;
-    HostedTone tone(names);
-    Message(names, LV2_PATCH__Get).sendTo(tone);
+    message(LV2_PATCH__Get).sendTo(tone);
     tone.prepareMessages();
     const std::size_t before = HeapRequests();
     RunEverything(tone);
@@ -260,11 +253,9 @@ TEST(ToneProcessor, AllocatesNothingWhileItRuns)
     EXPECT_GT(HeapRequests(), before);
 }
 
-TEST(ToneProcessor, CallsNothingOfTheSystemWhileItRuns)
+TEST_F(ToneProcessorTest, CallsNothingOfTheSystemWhileItRuns)
 {
-    Names names;
-    HostedTone tone(names);
-    Message(names, LV2_PATCH__Get).sendTo(tone);
+    message(LV2_PATCH__Get).sendTo(tone);
     tone.prepareMessages();
     tone.runOnly(); // the loader finds the functions at their first call
     const pid_t child = fork();
