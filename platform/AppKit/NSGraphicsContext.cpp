@@ -27,3 +27,12 @@ CGFloat NSGraphicsContext::currentScale()
 }
 
 void NSRectFill(NSRect rect) { CGContextFillRect(NSGraphicsContext::currentContext(), rect); }
+
+bool NSStandsOnPixels(CGContextRef context, NSRect rect)
+{
+    const CGAffineTransform ctm = CGContextGetCTM(context);
+    const auto isWhole = [](CGFloat value) { return std::abs(value - std::round(value)) < 1.0 / 512; };
+    return ctm.b == 0 && ctm.c == 0 && isWhole(rect.origin.x * ctm.a + ctm.tx) &&
+           isWhole(CGRectGetMaxX(rect) * ctm.a + ctm.tx) && isWhole(rect.origin.y * ctm.d + ctm.ty) &&
+           isWhole(CGRectGetMaxY(rect) * ctm.d + ctm.ty);
+}

@@ -26,3 +26,5 @@ public:
 
 /// Fills exactly `rect` with the current fill colour.
 void NSRectFill(NSRect rect);
+/// Whether the edges of `rect` lie between pixels, so that none is covered in part.
+bool NSStandsOnPixels(CGContextRef context, NSRect rect);

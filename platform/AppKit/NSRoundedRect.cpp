@@ -32,15 +32,6 @@ void DrawAsCurves(CGContextRef context, NSRect rect, const Style& style)
     CGContextStrokePath(context);
 }
 
-bool StandsOnPixels(CGContextRef context, NSRect rect)
-{
-    const CGAffineTransform ctm = CGContextGetCTM(context);
-    const auto isWhole = [](CGFloat value) { return std::abs(value - std::round(value)) < 1.0 / 512; };
-    return ctm.b == 0 && ctm.c == 0 && isWhole(rect.origin.x * ctm.a + ctm.tx) &&
-           isWhole(CGRectGetMaxX(rect) * ctm.a + ctm.tx) && isWhole(rect.origin.y * ctm.d + ctm.ty) &&
-           isWhole(CGRectGetMaxY(rect) * ctm.d + ctm.ty);
-}
-
 /// A corner of a small rectangle looks like that of a large one.
 void DrawCorner(CGContextRef context, NSRect rect, NSRect corner, const Style& style)
 {
@@ -62,7 +53,7 @@ void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppe
     const Style style = {radius, border ? 1 / scale : 0, fill, border};
     const CGFloat c = std::ceil(radius * scale) / scale; // a corner's side, whole pixels
     const CGFloat x = rect.origin.x, y = rect.origin.y, width = rect.size.width, height = rect.size.height;
-    if (!StandsOnPixels(context, rect) || width < 3 * c || height < 3 * c) return DrawAsCurves(context, rect, style);
+    if (!NSStandsOnPixels(context, rect) || width < 3 * c || height < 3 * c) return DrawAsCurves(context, rect, style);
 
     const CGFloat right = CGRectGetMaxX(rect), bottom = CGRectGetMaxY(rect), h = style.hairline;
     FillWith(context, fill,

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The pixels that lie in `rect` as a whole.
+/// The pixels that lie in `rect` as a whole; without extent, or a negative one, where there are none.
 NSRect WholePixelsInside(NSRect rect, const CGAffineTransform& ctm)
 {
     const CGFloat left = std::ceil(CGRectGetMinX(rect) * ctm.a + ctm.tx),
@@ -41,8 +41,11 @@ void CollectCovered(const NSView& view, NSPoint offset, NSRect visible, const CG
         const NSPoint origin{offset.x + subview->frame().origin.x, offset.y + subview->frame().origin.y};
         const NSRect inside = CGRectIntersection(CGRectOffset(subview->bounds(), origin.x, origin.y), visible);
         if (subview->isHidden() || CGRectIsEmpty(inside)) continue;
-        const NSRect filled = CGRectIntersection(CGRectOffset(subview->opaqueRect(), origin.x, origin.y), inside);
-        if (!CGRectIsEmpty(filled)) covered.push_back(WholePixelsInside(filled, ctm));
+        if (const NSRect opaque = subview->opaqueRect(); !CGRectIsEmpty(opaque)) {
+            const NSRect filled = CGRectIntersection(CGRectOffset(opaque, origin.x, origin.y), inside);
+            const NSRect pixels = WholePixelsInside(filled, ctm);
+            if (!CGRectIsEmpty(pixels)) covered.push_back(pixels); // it may lie within one
+        }
         CollectCovered(*subview, origin, inside, ctm, covered);
     }
 }
@@ -88,9 +91,10 @@ void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
     const ScopedGState state(context);
     CGContextTranslateCTM(context, origin.x, origin.y);
     CGContextClipToRect(context, view.bounds());
-    const auto subviews = view.subviews(); // a view may change the tree while it draws
-    const auto covering =
-        std::find_if(subviews.rbegin(), subviews.rend(), [&](const auto& subview) { return Covers(*subview, part); });
+    const auto subviews = view.subviews();                // a view may change the tree while it draws
+    const bool isWhole = NSStandsOnPixels(context, part); // of a pixel that an edge cuts, nobody fills the rest
+    const auto covering = std::find_if(subviews.rbegin(), subviews.rend(),
+                                       [&](const auto& subview) { return isWhole && Covers(*subview, part); });
     auto first = subviews.begin();
     if (covering != subviews.rend()) {
         first = std::prev(covering.base());

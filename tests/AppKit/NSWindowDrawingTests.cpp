@@ -1,0 +1,144 @@
+// What lies behind views that fill themselves isn't drawn, and nobody sees it.
+
+#include "AppKit/NSAppearance.h"
+#include "AppKit/NSBox.h"
+#include "AppKit/NSColor.h"
+#include "AppKit/NSGraphicsContext.h"
+#include "CoreGraphics/Pixels.h"
+#include "Support/OffscreenRig.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+
+namespace {
+
+using testing::IsEmpty;
+using testing::Not;
+
+/// Has another colour each time: what should have been drawn and wasn't keeps an old one.
+class ChangingView final : public NSView {
+public:
+    void drawRect(NSRect dirty) override
+    {
+        drawn.push_back(dirty);
+        const auto color = CGColorCreateRGBA(level, 1 - level, 0, 1);
+        CGContextSetFillColorWithColor(NSGraphicsContext::currentContext(), color);
+        CGContextFillRect(NSGraphicsContext::currentContext(), dirty);
+    }
+    CGFloat level = 0;
+    std::vector<NSRect> drawn;
+};
+
+/// Looks as its base does, but has everything behind it drawn.
+class ModestBox final : public NSBox {
+public:
+    NSRect opaqueRect() const override { return {}; }
+};
+
+/// Cards on a ground, between the pixels, in each other, beside each other and beyond the edges.
+struct Cards {
+    Cards(CGFloat scale, RetainPtr<NSBox> (*makeBox)(NSRect)) : rig({120, 100}, scale)
+    {
+        const NSRect all{{0, 0}, {120, 100}};
+        ground = rig.add(make<ChangingView>(all));
+        const auto add = [&](NSView* superview, NSRect frame) {
+            boxes.push_back(makeBox(frame));
+            superview->addSubview(boxes.back());
+            return boxes.back().get();
+        };
+        NSView* const card = add(ground, {{10.3, 8.7}, {60, 50}});
+        NSView* const inner = add(card, {{-7.45, -6.2}, {45, 43.4}});
+        add(inner, {{20, 20}, {50, 35}}); // cut off by both
+        const auto group = make<NSView>(NSRect{{58.5, 41}, {45.5, 40}}),
+                   edge = make<NSView>(NSRect{{20, 84}, {8.6, 12}});
+        for (const RetainPtr<NSView>& plain : {group, edge}) ground->addSubview(plain);
+        add(group, group->bounds());
+        add(edge, {{5, -4}, {20, 20}});    // what it fills for sure ends in the pixel where it begins
+        add(ground, {{70, 70}, {80, 80}}); // cut off by the window
+        add(ground, {{5, 88}, {3, 3}});    // smaller than its corners
+        mark = make<ChangingView>(NSRect{{25, 4.5}, {10, 28}});
+        card->addSubview(mark);
+    }
+    CGContextRef pixels() const { return rig.window()->bitmap(); }
+
+    OffscreenRig rig;
+    ChangingView* ground = nullptr;
+    RetainPtr<ChangingView> mark;
+    std::vector<RetainPtr<NSBox>> boxes;
+};
+
+RetainPtr<NSBox> makeBox(NSRect frame) { return make<NSBox>(frame); }
+RetainPtr<NSBox> makeModestBox(NSRect frame) { return RetainPtr<NSBox>(make<ModestBox>(frame).get()); }
+
+/// One change, the same for both.
+void change(std::mt19937& random, std::initializer_list<Cards*> scenes)
+{
+    const auto part = [&](CGFloat most) { return most * static_cast<CGFloat>(random() % 1000) / 1000; };
+    const NSRect dirty{{part(120), part(100)}, {part(40), part(40)}};
+    const CGFloat level = part(1), x = part(80), y = part(60);
+    const std::size_t box = random() % (*scenes.begin())->boxes.size();
+    const auto kind = random() % 8;
+    for (Cards* const cards : scenes) {
+        cards->ground->level = cards->mark->level = level;
+        cards->ground->setNeedsDisplayInRect(dirty);
+        if (kind == 0) cards->boxes[box]->setHidden(!cards->boxes[box]->isHidden());
+        if (kind == 1) cards->boxes[box]->setFrame({{x, y}, cards->boxes[box]->frame().size});
+        if (kind == 2) cards->boxes[box]->setNeedsDisplay();
+        if (kind == 3) cards->rig.content()->setNeedsDisplay();
+    }
+}
+
+/// Of more than a sixteenth: what a clip leaves of a pixel is counted in such steps.
+std::string firstDifference(CGContextRef a, CGContextRef b)
+{
+    const auto some = CGBitmapContextGetPixels(a), others = CGBitmapContextGetPixels(b);
+    if (std::ranges::equal(some, others)) return "none"; // much faster than what follows
+    const auto found = std::ranges::mismatch(some, others, [](int x, int y) { return std::abs(x - y) <= 16; }).in1;
+    if (found == some.end()) return "none";
+    const auto pixel = static_cast<std::size_t>(found - some.begin()) / 4;
+    const std::size_t width = CGBitmapContextGetWidth(a);
+    return std::to_string(pixel % width) + "," + std::to_string(pixel / width) + ": " + hexOf(some, pixel) + " for " +
+           hexOf(others, pixel);
+}
+
+TEST(NSWindowDrawing, WhatIsLeftOutIsNeverSeen)
+{
+    using enum NSAppearanceName;
+    static constexpr std::pair<CGFloat, NSAppearanceName> kRows[] = {
+        {1, light}, {1.25, dark}, {1.5, light}, {2, dark}, {3, light}};
+    for (const auto& [scale, appearance] : kRows) {
+        SCOPED_TRACE(scale);
+        const auto shown = std::make_unique<Cards>(scale, makeBox);
+        const auto drawn = std::make_unique<Cards>(scale, makeModestBox);
+        NSAppearance::setCurrent(appearance);
+        std::mt19937 random(static_cast<unsigned>(scale * 100));
+        for (int step = 0; step < 600; ++step) {
+            ASSERT_EQ(firstDifference(shown->pixels(), drawn->pixels()), "none") << "after " << step << " changes";
+            change(random, {shown.get(), drawn.get()});
+        }
+    }
+}
+
+TEST(NSWindowDrawing, OnlyWhatShowsIsDrawn)
+{
+    Cards cards(1.25, makeBox);
+    const auto drawnFor = [&](NSRect dirty) {
+        cards.pixels();
+        cards.ground->drawn.clear();
+        cards.rig.content()->setNeedsDisplayInRect(dirty);
+        cards.pixels();
+        return cards.ground->drawn;
+    };
+    EXPECT_THAT(drawnFor({{62, 20}, {4, 20}}), IsEmpty()) << "within a card";
+    EXPECT_THAT(drawnFor({{0, 20}, {40, 20}}), Not(IsEmpty())) << "half beside it";
+    for (const NSRect part : drawnFor({{0, 0}, {120, 100}}))
+        for (const NSPoint middle : {NSPoint{40, 33}, NSPoint{85, 60}})
+            EXPECT_FALSE(CGRectContainsPoint(part, middle)) << "behind a card, at " << middle.x;
+    cards.boxes[0]->setHidden(true);
+    EXPECT_THAT(drawnFor({{62, 20}, {4, 20}}), Not(IsEmpty())) << "where it was";
+}
+
+} // namespace
