@@ -12,6 +12,16 @@ std::string Tick(double span, const ZePosFmt& fmt)
     return (coarse ? "coarse " : "fine ") + std::to_string(std::llround(step)) + " in " + std::to_string(stepCount);
 }
 
+struct Row {
+    double span;
+    const char* tick;
+};
+
+void ExpectTicks(int format, std::initializer_list<Row> rows)
+{
+    for (const Row& row : rows) EXPECT_EQ(Tick(row.span, Format(format)), row.tick) << format << " " << row.span;
+}
+
 constexpr double kSecond = 48000, kMinute = 60 * kSecond, kHour = 60 * kMinute;
 
 } // namespace
@@ -32,25 +42,15 @@ TEST(RateFromPosFmt, KnowsEveryFormat)
 
 TEST(NiceTick, StepsThroughHoursMinutesSecondsAndFrames)
 {
-    static const struct {
-        int format;
-        double span;
-        const char* tick;
-    } kRows[] = {
-        {QVPOSFMT_SMPTE_NONDROP_30, 75 * kSecond, "coarse 2880000 in 1"},
-        {QVPOSFMT_SMPTE_NONDROP_30, 7 * kSecond, "coarse 480000 in 10"},
-        {QVPOSFMT_SMPTE_NONDROP_30, 24000, "fine 24000 in 15"},
-        {QVPOSFMT_SMPTE_NONDROP_30, 38400, "fine 48000 in 1"},
-        {QVPOSFMT_TIME_CD, 0.5 * kSecond, "fine 23680 in 37"},
-        {QVPOSFMT_SMPTE_EBU, 0.5 * kSecond, "fine 23040 in 12"},
-        {QVPOSFMT_SMPTE_FILM, 0.125 * kSecond, "fine 8000 in 4"},
-        {QVPOSFMT_SMPTE_EBU, 0.125 * kSecond, "fine 9600 in 5"},
-        {QVPOSFMT_SMPTE_DROP, 0.25 * kSecond, "fine 16000 in 10"},
-        {QVPOSFMT_SMPTE_DROP, 0, "fine 1600 in 1"},
-        {QVPOSFMT_SMPTE_NONDROP_23, 0.25 * kSecond, "fine 8000 in 4"},
-    };
-    for (const auto& row : kRows)
-        EXPECT_EQ(Tick(row.span, Format(row.format)), row.tick) << row.format << " " << row.span;
+    ExpectTicks(QVPOSFMT_SMPTE_NONDROP_30, {{75 * kSecond, "coarse 2880000 in 1"},
+                                            {7 * kSecond, "coarse 480000 in 10"},
+                                            {24000, "fine 24000 in 15"},
+                                            {38400, "fine 48000 in 1"}});
+    ExpectTicks(QVPOSFMT_TIME_CD, {{0.5 * kSecond, "fine 23680 in 37"}});
+    ExpectTicks(QVPOSFMT_SMPTE_EBU, {{0.5 * kSecond, "fine 23040 in 12"}, {0.125 * kSecond, "fine 9600 in 5"}});
+    ExpectTicks(QVPOSFMT_SMPTE_FILM, {{0.125 * kSecond, "fine 8000 in 4"}});
+    ExpectTicks(QVPOSFMT_SMPTE_DROP, {{0.25 * kSecond, "fine 16000 in 10"}, {0, "fine 1600 in 1"}});
+    ExpectTicks(QVPOSFMT_SMPTE_NONDROP_23, {{0.25 * kSecond, "fine 8000 in 4"}});
 
     // Fine units at a high rate come in fifths.
     EXPECT_EQ(Tick(48000 * 0.3, Format(QVPOSFMT_FRAMES, 48000, 1000)), "fine 24000 in 20");
@@ -59,73 +59,61 @@ TEST(NiceTick, StepsThroughHoursMinutesSecondsAndFrames)
 
 TEST(NiceTick, StepsThroughHoursMinutesSecondsAndMilliseconds)
 {
-    static const struct {
-        double span;
-        const char* tick;
-    } kRows[] = {
-        {14400, "fine 24000 in 10"},
-        {25 * kHour, "coarse 172800000 in 1"}, // hours modulo 24
-        {13 * kHour + 21 * kMinute, "coarse 4147200000 in 24"},
-        {13 * kHour, "coarse 2073600000 in 12"},
-        {5 * kHour, "coarse 1036800000 in 6"},
-        {2 * kHour + 30 * kMinute, "coarse 691200000 in 4"},
-        {2 * kHour, "coarse 345600000 in 2"},
-        {41 * kMinute, "coarse 172800000 in 1"},
-        {40 * kMinute, "coarse 86400000 in 30"},
-        {25 * kMinute, "coarse 43200000 in 15"},
-        {10 * kMinute, "coarse 28800000 in 10"},
-        {2 * kMinute + 21 * kSecond, "coarse 14400000 in 5"},
-        {2 * kMinute, "coarse 5760000 in 2"},
-        {41 * kSecond, "coarse 2880000 in 1"},
-        {26 * kSecond, "coarse 1440000 in 30"},
-        {1.24 * kSecond, "fine 48000 in 1"},
-        {0.61 * kSecond, "fine 48000 in 1"},
-        {0.13 * kSecond, "fine 9600 in 20"},
-        {0.07 * kSecond, "fine 4800 in 10"},
-        {0.03 * kSecond, "fine 2400 in 5"},
-        {0.02 * kSecond, "fine 960 in 2"},
-    };
-    for (const auto& row : kRows) EXPECT_EQ(Tick(row.span, Format(QVPOSFMT_TIME)), row.tick) << row.span;
+    ExpectTicks(QVPOSFMT_TIME, {
+                                   {25 * kHour, "coarse 172800000 in 1"}, // hours modulo 24
+                                   {13 * kHour + 21 * kMinute, "coarse 4147200000 in 24"},
+                                   {13 * kHour, "coarse 2073600000 in 12"},
+                                   {5 * kHour, "coarse 1036800000 in 6"},
+                                   {2 * kHour + 30 * kMinute, "coarse 691200000 in 4"},
+                                   {2 * kHour, "coarse 345600000 in 2"},
+                                   {41 * kMinute, "coarse 172800000 in 1"},
+                                   {40 * kMinute, "coarse 86400000 in 30"},
+                                   {25 * kMinute, "coarse 43200000 in 15"},
+                                   {10 * kMinute, "coarse 28800000 in 10"},
+                                   {2 * kMinute + 21 * kSecond, "coarse 14400000 in 5"},
+                                   {2 * kMinute, "coarse 5760000 in 2"},
+                                   {41 * kSecond, "coarse 2880000 in 1"},
+                                   {26 * kSecond, "coarse 1440000 in 30"},
+                                   {1.24 * kSecond, "fine 48000 in 1"},
+                                   {0.61 * kSecond, "fine 48000 in 1"},
+                                   {0.3 * kSecond, "fine 24000 in 10"},
+                                   {0.13 * kSecond, "fine 9600 in 20"},
+                                   {0.07 * kSecond, "fine 4800 in 10"},
+                                   {0.03 * kSecond, "fine 2400 in 5"},
+                                   {0.02 * kSecond, "fine 960 in 2"},
+                               });
 }
 
 TEST(NiceTick, StepsThroughDecades)
 {
-    static const struct {
-        int format;
-        double span;
-        const char* tick;
-    } kRows[] = {
-        {QVPOSFMT_SAMPLES, 3000, "fine 5000 in 5"},
-        {QVPOSFMT_SAMPLES, 1500, "fine 2000 in 20"},
-        {QVPOSFMT_SAMPLES, 9000, "fine 10000 in 10"},
-        {QVPOSFMT_SAMPLES, 1050, "fine 1000 in 10"},
-        {QVPOSFMT_SAMPLES, 0, "fine 1 in 10"},
-        {QVPOSFMT_SAMPLES, -5, "fine 1 in 10"},
-        {QVPOSFMT_TIME_METRIC, 4800, "fine 48000 in 10"},
-        {QVPOSFMT_TIME_METRIC, 30 * kSecond, "coarse 2400000 in 5"},
-        {QVPOSFMT_RESERVED_12, 15 * kSecond, "coarse 960000 in 20"},
-        {QVPOSFMT_FRAMES_METRIC, 1, "fine 1920 in 10"},
-        {QVPOSFMT_FRAMES_METRIC, 1920 * 30, "coarse 96000 in 5"},
-        {QVPOSFMT_PERCENT, 1234, "fine 1234 in 0"},
-        {-1, 1234, "fine 1234 in 0"},
-    };
-    for (const auto& row : kRows)
-        EXPECT_EQ(Tick(row.span, Format(row.format)), row.tick) << row.format << " " << row.span;
+    ExpectTicks(QVPOSFMT_SAMPLES, {{3000, "fine 5000 in 5"},
+                                   {1500, "fine 2000 in 20"},
+                                   {9000, "fine 10000 in 10"},
+                                   {1050, "fine 1000 in 10"},
+                                   {0, "fine 1 in 10"},
+                                   {-5, "fine 1 in 10"}});
+    ExpectTicks(QVPOSFMT_TIME_METRIC, {{4800, "fine 48000 in 10"}, {30 * kSecond, "coarse 2400000 in 5"}});
+    ExpectTicks(QVPOSFMT_RESERVED_12, {{15 * kSecond, "coarse 960000 in 20"}});
+    ExpectTicks(QVPOSFMT_FRAMES_METRIC, {{1, "fine 1920 in 10"}, {1920 * 30, "coarse 96000 in 5"}});
+    for (const int format : {int{QVPOSFMT_RESERVED_19}, int{QVPOSFMT_PERCENT}, -1, 21})
+        ExpectTicks(format, {{1234, "fine 1234 in 0"}});
 }
 
 TEST(NiceTick, StepsThroughMeasuresBeatsAndTicks)
 {
-    static const struct {
-        double span;
-        const char* tick;
-    } kRows[] = {
-        {48000, "coarse 48000 in 2"}, {480000, "coarse 768000 in 4"}, {6000, "fine 6000 in 240"},
-        {15000, "coarse 24000 in 4"}, {96000, "coarse 192000 in 4"},  {96000 + 48000, "coarse 384000 in 4"},
-        {24000, "coarse 24000 in 1"}, {24050, "coarse 48000 in 2"},   {12000, "fine 12000 in 480"},
-        {425, "fine 450 in 18"},      {400, "fine 400 in 16"},        {0, "fine 25 in 1"},
-    };
-    for (const auto& row : kRows) {
-        EXPECT_EQ(Tick(row.span, Format(QVPOSFMT_MEASURES)), row.tick) << row.span;
-        EXPECT_EQ(Tick(row.span, Format(QVPOSFMT_RESERVED_13)), row.tick) << row.span;
-    }
+    for (const int format : {QVPOSFMT_MEASURES, QVPOSFMT_RESERVED_13})
+        ExpectTicks(format, {
+                                {48000, "coarse 48000 in 2"},
+                                {480000, "coarse 768000 in 4"},
+                                {6000, "fine 6000 in 240"},
+                                {15000, "coarse 24000 in 4"},
+                                {96000, "coarse 192000 in 4"},
+                                {96000 + 48000, "coarse 384000 in 4"},
+                                {24000, "coarse 24000 in 1"},
+                                {24050, "coarse 48000 in 2"},
+                                {12000, "fine 12000 in 480"},
+                                {425, "fine 450 in 18"},
+                                {400, "fine 400 in 16"},
+                                {0, "fine 25 in 1"},
+                            });
 }
