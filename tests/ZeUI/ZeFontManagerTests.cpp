@@ -78,14 +78,6 @@ TEST(ZeFontManager, MakesAndMeasuresOnce)
     EXPECT_EQ(manager.measured, 2);
 }
 
-TEST(ZeFontManager, AFontThatWasNotStoredHasNoSize)
-{
-    struct ForgetfulManager : ZeFontManagerMacImpl {
-        CTFontRef createFontFor(int) override { return sharedFontManager().fontFor(0); }
-    } manager;
-    EXPECT_EQ(manager.fontSize(0), tagSIZE{});
-}
-
 TEST(ZeFontManager, MeasuresInk)
 {
     const CTFontRef font = ZeFontManager::sharedFontManager().fontFor(2);

@@ -62,23 +62,16 @@ TEST_F(ZeResourcesGlyphTest, TheOutputIsClearedWhereAStripIsGiven)
 {
     ZeBitmap empty(nullptr, false);
     const auto strip = stripOf(4, 4);
-    const struct {
-        const char* why;
-        void* image;
-        int index, count;
-        bool isCleared;
-    } kRows[] = {
-        {"no strip", nullptr, 0, 1, false},
-        {"an empty one", &empty, 0, 1, false},
-        {"no such index", strip.get(), -1, 1, false},
-        {"behind the last cell", strip.get(), 1, 1, true},
-        {"more cells than pixels", strip.get(), 0, 5, true},
-    };
-    for (const auto& row : kRows) {
+    const auto clears = [this](void* image, int index, int count) {
         void *glyph = this, *hilite = this;
-        EXPECT_EQ(resources.GetGlyph(row.image, row.index, row.count, &glyph, &hilite), kZeInvalidParameter);
-        EXPECT_EQ(glyph == nullptr, row.isCleared) << row.why;
-    }
+        EXPECT_EQ(resources.GetGlyph(image, index, count, &glyph, &hilite), kZeInvalidParameter);
+        return glyph == nullptr;
+    };
+    EXPECT_FALSE(clears(nullptr, 0, 1));
+    EXPECT_FALSE(clears(&empty, 0, 1));
+    EXPECT_FALSE(clears(strip.get(), -1, 1)) << "no such index";
+    EXPECT_TRUE(clears(strip.get(), 1, 1)) << "behind the last cell";
+    EXPECT_TRUE(clears(strip.get(), 0, 5)) << "more cells than pixels";
     EXPECT_TRUE(cache.items.empty());
 }
 

@@ -102,12 +102,7 @@ TEST(ZeGraphicsContext, TellsTheSizesOfTexts)
     Canvas canvas(1, 1);
     EXPECT_EQ(canvas.drawing.GetSizeWithFont(L"000", 2), (tagSIZE{21, 10}));
     EXPECT_EQ(canvas.drawing.GetSizeWithFont(L"000", 6), tagSIZE{});
-    EXPECT_EQ(GC::GetFontSize(0), (tagSIZE{7, 10}));
-    EXPECT_EQ(GC::GetFontSize(-1), tagSIZE{});
     EXPECT_EQ(GC::GetFont(-1), nullptr);
-    EXPECT_EQ(GC::GetFont(3), GC::GetFont(3));
     EXPECT_EQ(GC::GetSizeWithFontForScreen(L"0123456789", 0), (tagSIZE{84, 10}));
-    EXPECT_EQ(GC::GetSizeWithFontForScreen(L"012", 4), (tagSIZE{18, 8}));
-    EXPECT_EQ(GC::GetSizeWithFontForScreen(L"", 4), (tagSIZE{0, 8}));
     EXPECT_EQ(GC::GetSizeWithFontForScreen(L"0", 9), tagSIZE{});
 }
