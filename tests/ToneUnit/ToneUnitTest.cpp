@@ -50,6 +50,7 @@ TEST(ToneUnit, HoldsTheNearestValueThatFits)
         {"above half the rate", kParamStartFrequency, 30000.0f, noErr, 24000.0f},
         {"as low as it goes", kParamEndFrequency, -1.0f, noErr, 0.01f},
         {"any switch above 0 is on", kParamUseEnd, 0.25f, noErr, 1.0f},
+        {"none at 0", kParamUseEnd, 0.0f, noErr, 0.0f},
         {"a negative switch is off", kParamLogSweep, -3.0f, noErr, 0.0f},
         {"minus infinity is silence", kParamGain, -kInfinity, noErr, -120.0f},
         {"no amplifying", kParamGain, 6.0f, noErr, 0.0f},
