@@ -207,6 +207,7 @@ TEST_F(ZeTimeTextFieldTest, ArrowsStepByOneUnitOfTheFormat)
         unichar key;
         long long samples;
         const char* log;
+        std::uint32_t flags = 0;
     } kRows[] = {
         {"a tenth of a second", 1, "", NSUpArrowFunctionKey, 124800, "action(124800)"},
         {"and down", 1, "", NSDownArrowFunctionKey, 115200, "action(115200)"},
@@ -215,6 +216,7 @@ TEST_F(ZeTimeTextFieldTest, ArrowsStepByOneUnitOfTheFormat)
         {"frames at the sample rate", 3, "", NSUpArrowFunctionKey, 120001, "action(120001)"},
         {"from what was typed", 0, "5", NSUpArrowFunctionKey, 6, "action(6)"},
         {"not from refused text", 0, "5x", NSUpArrowFunctionKey, 120000, ""},
+        {"with Shift it selects", 0, "5", NSUpArrowFunctionKey, 120000, "", NSShiftKeyMask},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.why);
@@ -226,10 +228,10 @@ TEST_F(ZeTimeTextFieldTest, ArrowsStepByOneUnitOfTheFormat)
         field->setObjectValue(NSNumber::numberWithFloat(120000).get());
         focus();
         rig.type(row.typed);
-        rig.key(row.key);
+        rig.key(row.key, row.flags);
         EXPECT_EQ(samples(), row.samples);
         EXPECT_EQ(log.take(), row.log);
-        EXPECT_EQ(allSelected(), *row.log != 0);
+        EXPECT_EQ(allSelected(), *row.log != 0 || row.flags != 0);
     }
 }
 
