@@ -288,4 +288,48 @@ TEST(NSColor, APatternThatCannotBeReadIsNamedOnceAndPaintsQuietly)
     EXPECT_THAT(log.lines, ElementsAre(testing::HasSubstr("/nowhere/PluginPattern.png")));
 }
 
+TEST(NSColor, TellsWhetherAnythingShowsThroughIt)
+{
+    const auto folder = std::filesystem::temp_directory_path() / "tonaro-opaque-test";
+    std::filesystem::create_directories(folder);
+    const auto writePicture = [&](const char* name, CGFloat alphaOfLastPixel) {
+        const auto picture = CGBitmapContextCreate(2, 2);
+        CGContextFillRect(picture, CGRectMake(0, 0, 2, 2));
+        CGContextClearRect(picture, CGRectMake(1, 1, 1, 1));
+        CGContextSetAlpha(picture, alphaOfLastPixel);
+        CGContextFillRect(picture, CGRectMake(1, 1, 1, 1));
+        ASSERT_TRUE(CGImageWritePNGFile(CGBitmapContextCreateImage(picture).get(), (folder / name).string()));
+    };
+    writePicture("solid.png", 1);
+    writePicture("thin.png", 0.99);
+    writePicture("mixed.png", 1);
+    writePicture("mixed@2x.png", 0);
+    const auto pattern = [&](const char* name) {
+        const auto path = NSString::string((folder / name).string());
+        return NSColor::colorWithPatternImage(make<NSImage>(&NSImage::initByReferencingFile, path).get());
+    };
+    using enum NSAppearanceColorName;
+    const struct {
+        const char* why;
+        RetainPtr<NSColor> color;
+        CGFloat scale;
+        bool isOpaque;
+    } rows[] = {
+        {"plain", NSColor::colorWithRGBA(1, 0, 0, 1), 1, true},
+        {"plain and thin", NSColor::colorWithRGBA(1, 0, 0, 0.99), 1, false},
+        {"by name", NSColor::colorNamed(cardColor), 1, true},
+        {"a thin one by name", NSColor::colorNamed(shadowColor), 1, false},
+        {"a picture", pattern("solid.png"), 1, true},
+        {"a picture at a scale that it has no other for", pattern("solid.png"), 2, true},
+        {"one thin pixel", pattern("thin.png"), 1, false},
+        {"the other picture isn't drawn", pattern("mixed.png"), 1, true},
+        {"the other picture is drawn", pattern("mixed.png"), 2, false},
+        {"no picture: the background", pattern("none.png"), 1, true},
+    };
+    NSLogSetSink([](std::string_view) {});
+    for (const auto& row : rows) EXPECT_EQ(row.color->isOpaqueForScale(row.scale), row.isOpaque) << row.why;
+    NSLogSetSink({});
+    std::filesystem::remove_all(folder);
+}
+
 } // namespace
