@@ -177,13 +177,13 @@ Options parseOptions(int argc, char** argv)
     optind = 1;
     while (optind < argc) {
         if (isNegative(argv[optind])) {
-            options.operands.push_back(argv[optind++]);
+            options.operands.emplace_back(argv[optind++]);
             continue;
         }
         const int key = getopt_long(argc, argv, "-", kOptions, nullptr); // '-': operands come in their place
         if (key == -1) break;
         if (key == kOperand)
-            options.operands.push_back(optarg);
+            options.operands.emplace_back(optarg);
         else
             take(options, key);
         if (options.mode == Options::Mode::help || options.mode == Options::Mode::version) return options;
