@@ -54,19 +54,6 @@ TEST(NSTextEditing, PressesAndDragsSelectByTheirUnit)
     }
 }
 
-TEST(NSTextEditing, ShiftPressKeepsTheAnchor)
-{
-    NSTextEditing editing(SimpleBreaks);
-    editing.start(u"0123456789");
-    editing.press(4, character, no);
-    editing.press(7, character, extend);
-    EXPECT_EQ(Shown(editing), "0123[456|]789");
-    editing.press(2, character, extend);
-    EXPECT_EQ(Shown(editing), "01[|23]456789");
-    editing.drag(6);
-    EXPECT_EQ(Shown(editing), "0123[45|]6789");
-}
-
 TEST(NSTextEditing, TheJudgeRefusesAndReplaces)
 {
     NSTextEditing editing(SimpleBreaks);

@@ -189,8 +189,10 @@ TEST(NSTextView, ThePointerSelects)
     rig.release();
     EXPECT_EQ(editor.shown(), "[|one ]two six");
     rig.press(view, before(10), NSShiftKeyMask);
+    EXPECT_EQ(editor.shown(), "one [two si|]x") << "Shift keeps the anchor";
+    rig.dragTo(view, before(2));
     rig.release();
-    EXPECT_EQ(editor.shown(), "one [two si|]x");
+    EXPECT_EQ(editor.shown(), "on[|e ]two six");
     rig.press(view, {before(7).x - 1, 13}, 0, 2); // the right half of the last letter
     EXPECT_EQ(editor.shown(), "one [two|] six");
     rig.dragTo(view, before(9));

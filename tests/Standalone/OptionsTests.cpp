@@ -28,7 +28,7 @@ TEST(Options, ReadsALine)
 
     const Options all = parse({"--set", "gain=-3", "--set=length=", "--set", "a=b=c", "--screenshot", "x.png",
                                "--screenshot", "y.png", "--scale=1.25", "--trace", "--editors", "16", "--mute",
-                               "--device", "jack:system", "--appearance", "dark"});
+                               "--device", "jack:system", "--appearance=light", "--appearance", "dark"});
     using Setting = std::pair<std::string, std::string>;
     EXPECT_THAT(all.settings, testing::ElementsAre(Setting("gain", "-3"), Setting("length", ""), Setting("a", "b=c")));
     EXPECT_EQ(all.mode, Options::Mode::screenshot);
@@ -39,6 +39,7 @@ TEST(Options, ReadsALine)
     EXPECT_TRUE(all.trace);
     EXPECT_TRUE(all.mute);
     EXPECT_EQ(all.device, "jack:system");
+    EXPECT_EQ(parse({"--appearance=dark", "--appearance=auto"}).appearance, std::nullopt);
 }
 
 TEST(Options, ChoosesWhatToDo)
@@ -101,12 +102,6 @@ TEST(Options, SaysWhatIsWrong)
         EXPECT_EQ(message, row.message);
         EXPECT_EQ(testing::internal::GetCapturedStderr().empty(), !message.empty());
     }
-}
-
-TEST(Options, TheLastAppearanceCounts)
-{
-    EXPECT_EQ(parse({"--appearance=dark", "--appearance=light"}).appearance, NSAppearanceName::light);
-    EXPECT_EQ(parse({"--appearance=dark", "--appearance=auto"}).appearance, std::nullopt);
 }
 
 TEST(Options, HelpNamesEverySetting)
