@@ -6,11 +6,12 @@
 
 namespace {
 
-/// "look" notes whether the button looks pressed.
+/// "check" makes the button a check box, "look" notes whether it looks pressed.
 struct Clicks : ControlRig<NSButton> {
     Clicks() : ControlRig({{20, 20}, {120, 26}})
     {
         window()->makeFirstResponder(control);
+        script.verbs["check"] = [this](const Step&) { control->setButtonType(NSSwitchButton); };
         script.verbs["look"] = [this](const Step&) { log->text += control->isHighlighted() ? "pressed " : "raised "; };
         script.verbs["repeat"] = [this](const Step&) { key(u' ', 0, true); };
         script.verbs["perform"] = [this](const Step&) { control->performClick(nullptr); };
@@ -19,28 +20,16 @@ struct Clicks : ControlRig<NSButton> {
 
 TEST(NSButton, SendsWhatAPersonDoes)
 {
-    static const struct {
-        const char* why;
-        NSButtonType type;
-        const char* script;
-        const char* log;
-    } kRows[] = {
-        {"a check box changes with each click", NSSwitchButton, "click click _", "1 0 1 "},
-        {"a push button has no state", NSMomentaryPushInButton, "click Ret", "0 0 "},
-        {"Return is not for check boxes", NSSwitchButton, "Ret", ""},
-        {"a release outside is no click", NSSwitchButton, "press:5 look drag:5,50 look release", "pressed raised "},
-        {"back inside it is", NSSwitchButton, "press:5 drag:5,50 drag:9 release look", "1 raised "},
-        {"a held key clicks once and looks pressed for a moment", NSMomentaryPushInButton,
-         "_ repeat look wait:0.2 look", "0 pressed raised "},
-        {"disabled in the middle of a click", NSSwitchButton, "press:5 disable release click perform look", "raised "},
-        {"hidden in the middle of a click", NSSwitchButton, "press:5 hide release", ""},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        Clicks rig;
-        rig.control->setButtonType(row.type);
-        EXPECT_EQ(rig.play(row.script), row.log);
-    }
+    ExpectLogs<Clicks>({
+        {"a check box changes with each click", "check click click _", "1 0 1 "},
+        {"a push button has no state", "click Ret", "0 0 "},
+        {"Return is not for check boxes", "check Ret", ""},
+        {"a release outside is no click", "check press:5 look drag:5,50 look release", "pressed raised "},
+        {"back inside it is", "check press:5 drag:5,50 drag:9 release look", "1 raised "},
+        {"a held key clicks once and looks pressed for a moment", "_ repeat look wait:0.2 look", "0 pressed raised "},
+        {"disabled in the middle of a click", "check press:5 disable release click perform look", "raised "},
+        {"hidden in the middle of a click", "check press:5 hide release", ""},
+    });
 }
 
 TEST(NSButton, AClickGivesItTheKeyboard)

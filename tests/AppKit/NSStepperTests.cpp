@@ -58,11 +58,7 @@ struct Steps : ControlRig<NSStepper> {
 
 TEST(NSStepper, SendsWhatAPersonDoes)
 {
-    static const struct {
-        const char* why;
-        const char* script;
-        const char* log;
-    } kRows[] = {
+    ExpectLogs<Steps>({
         {"mouse, keys and wheel", "press:1 release Up wheel:2 press:-1 release Down", "1 2 4 3 2 "},
         {"parts of a notch add up", "wheel:0.5 wheel:0.5 wheel:0.5 wheel:0.5", "1 2 "},
         {"a held button repeats at 0.5, 0.6 and 0.7", "press:1 wait:0.45 | wait:0.30", "1 | 2 3 4 "},
@@ -71,12 +67,7 @@ TEST(NSStepper, SendsWhatAPersonDoes)
         {"or the press is ended", "press:1 hide wait:2", "1 "},
         {"nothing is sent at an end", "press:-1 release", ""},
         {"nor when disabled", "disable press:1 release", ""},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        Steps rig;
-        EXPECT_EQ(rig.play(row.script), row.log);
-    }
+    });
 }
 
 TEST(NSStepper, RepeatsOnlyWhereItShall)

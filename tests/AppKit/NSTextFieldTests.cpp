@@ -107,72 +107,63 @@ NS_CLASS_TABLE(Target, NSObject, "")
         return Shown(editor->text(), editor->selection(), editor->caret());
     }
     std::string takeLog() { return std::exchange(log, {}); }
+    /// Does the steps in an edit. @return what was noted, what is shown and the value: "sent(880 Hz) [880|] =880"
+    std::string play(std::string_view steps)
+    {
+        focus();
+        keys(steps);
+        return takeLog() + shown() + " =" + std::to_string(field->intValue());
+    }
     Script script;
 };
 
 TEST(NSTextField, Edits)
 {
-    static const struct {
-        const char* why;
-        const char* script;
-        const char* log;
-        const char* shown;
-        int value;
-    } kRows[] = {
-        {"Return commits and selects all", "880 Ret", "read(880) sent(880 Hz) ", "[880|]", 880},
-        {"and Enter", "880 Enter", "read(880) sent(880 Hz) ", "[880|]", 880},
-        {"a second Return has nothing to commit", "880 Ret Ret", "read(880) sent(880 Hz) ", "[880|]", 880},
-        {"Tab commits and leaves", "880 Tab", "read(880) sent(880 Hz) ", "880 Hz", 880},
-        {"Shift-Tab too", "880 S-Tab", "read(880) sent(880 Hz) ", "880 Hz", 880},
-        {"a press on another field", "880 elsewhere", "read(880) sent(880 Hz) ", "880 Hz", 880},
-        {"a press on the background", "880 background", "read(880) sent(880 Hz) ", "880 Hz", 880},
-        {"nothing typed", "Ret Tab", "", "440 Hz", 440},
-        {"typed and undone", "5 C-z Tab", "", "440 Hz", 440},
-        {"only moved", "Left S-Right Tab", "", "440 Hz", 440},
-        {"an emptied field means no value", "Back Tab", "read() ", "440 Hz", 440},
-        {"the same text typed anew counts", "440 Tab", "read(440) sent(440 Hz) ", "440 Hz", 440},
-        {"leaving stores without the action where the cell says so", "silent 5 Tab", "read(5) ", "5 Hz", 5},
-        {"but Return sends it", "silent 6 Ret", "read(6) sent(6 Hz) ", "[6|]", 6},
+    ExpectLogs<Fields>({
+        {"Return commits and selects all", "880 Ret", "read(880) sent(880 Hz) [880|] =880"},
+        {"and Enter", "880 Enter", "read(880) sent(880 Hz) [880|] =880"},
+        {"a second Return has nothing to commit", "880 Ret Ret", "read(880) sent(880 Hz) [880|] =880"},
+        {"Tab commits and leaves", "880 Tab", "read(880) sent(880 Hz) 880 Hz =880"},
+        {"Shift-Tab too", "880 S-Tab", "read(880) sent(880 Hz) 880 Hz =880"},
+        {"a press on another field", "880 elsewhere", "read(880) sent(880 Hz) 880 Hz =880"},
+        {"a press on the background", "880 background", "read(880) sent(880 Hz) 880 Hz =880"},
+        {"nothing typed", "Ret Tab", "440 Hz =440"},
+        {"typed and undone", "5 C-z Tab", "440 Hz =440"},
+        {"only moved", "Left S-Right Tab", "440 Hz =440"},
+        {"an emptied field means no value", "Back Tab", "read() 440 Hz =440"},
+        {"the same text typed anew counts", "440 Tab", "read(440) sent(440 Hz) 440 Hz =440"},
+        {"leaving stores without the action where the cell says so", "silent 5 Tab", "read(5) 5 Hz =5"},
+        {"but Return sends it", "silent 6 Ret", "read(6) sent(6 Hz) [6|] =6"},
 
-        {"Escape restores", "5 Esc", "", "[440|]", 440},
-        {"and leaves nothing to commit", "5 Esc Tab", "", "440 Hz", 440},
-        {"it goes on where nothing was typed", "Esc 5 Esc Esc", "on on ", "[440|]", 440},
-        {"and takes away what was said", "- why Esc why", "Only digits. none ", "[440|]", 440},
+        {"Escape restores", "5 Esc", "[440|] =440"},
+        {"and leaves nothing to commit", "5 Esc Tab", "440 Hz =440"},
+        {"it goes on where nothing was typed", "Esc 5 Esc Esc", "on on [440|] =440"},
+        {"and takes away what was said", "- why Esc why", "Only digits. none [440|] =440"},
 
-        {"refused text stays", "5x Ret", "read(5x) ", "5x|", 440},
-        {"and keeps the focus", "5x Tab", "read(5x) ", "5x|", 440},
-        {"from a press, too", "5x elsewhere why", "read(5x) “5x” is no frequency. ", "5x|", 440},
-        {"until it is put right", "5x Tab Back why Tab", "read(5x) none read(5) sent(5 Hz) ", "5 Hz", 5},
-        {"or given up", "5x Tab Esc Tab", "read(5x) ", "440 Hz", 440},
-        {"a change refused while typing isn't made", "5 - 6 Ret", "read(56) sent(56 Hz) ", "[56|]", 56},
-        {"what the formatter wrote never refuses itself", "leave set:-5 focus End s Back Tab", "read(minus) ", "-5 Hz",
-         -5},
+        {"refused text stays", "5x Ret", "read(5x) 5x| =440"},
+        {"and keeps the focus", "5x Tab", "read(5x) 5x| =440"},
+        {"from a press, too", "5x elsewhere why", "read(5x) “5x” is no frequency. 5x| =440"},
+        {"until it is put right", "5x Tab Back why Tab", "read(5x) none read(5) sent(5 Hz) 5 Hz =5"},
+        {"or given up", "5x Tab Esc Tab", "read(5x) 440 Hz =440"},
+        {"a change refused while typing isn't made", "5 - 6 Ret", "read(56) sent(56 Hz) [56|] =56"},
+        {"what the formatter wrote never refuses itself", "leave set:-5 focus End s Back Tab", "read(minus) -5 Hz =-5"},
 
-        {"a value set while nothing is typed is shown at once, all selected", "set:1000", "", "[1000|]", 1000},
-        {"a caret that was placed stays", "Home Right set:1000", "", "1|000", 1000},
-        {"one behind the new text moves to its end", "End set:7", "", "7|", 7},
-        {"once typed, it isn't shown yet", "5 set:1000", "", "5|", 1000},
-        {"Escape shows it", "5 set:1000 Esc", "", "[1000|]", 1000},
-        {"a commit wins", "5 set:1000 Ret", "read(5) sent(5 Hz) ", "[5|]", 5},
-        {"leaving without typing shows it", "set:1000 Tab", "", "1000 Hz", 1000},
-        {"a refused edit stays", "5x Ret set:1000", "read(5x) ", "5x|", 1000},
-        {"an echo of the value leaves the caret alone", "Home set:440", "", "|440", 440},
-        {"and the undo", "Home 1 set:440 C-z", "", "|440", 440},
-        {"the field shows what its action makes of the value", "limited 99999 Ret", "read(99999) sent(99999 Hz) ",
-         "[20000|]", 20000},
-        {"also when it is left", "limited 99999 Tab", "read(99999) sent(99999 Hz) ", "20000 Hz", 20000},
-        {"a formatter picked while typing drops what was typed", "5x plain", "", "[440|]", 440},
-        {"and leaves nothing to commit", "5x plain Tab", "", "440", 440},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(std::string(row.why) + ": " + row.script);
-        Fields f;
-        f.focus();
-        f.keys(row.script);
-        EXPECT_EQ(f.takeLog(), row.log);
-        EXPECT_EQ(f.shown(), row.shown);
-        EXPECT_EQ(f.field->intValue(), row.value);
-    }
+        {"a value set while nothing is typed is shown at once, all selected", "set:1000", "[1000|] =1000"},
+        {"a caret that was placed stays", "Home Right set:1000", "1|000 =1000"},
+        {"one behind the new text moves to its end", "End set:7", "7| =7"},
+        {"once typed, it isn't shown yet", "5 set:1000", "5| =1000"},
+        {"Escape shows it", "5 set:1000 Esc", "[1000|] =1000"},
+        {"a commit wins", "5 set:1000 Ret", "read(5) sent(5 Hz) [5|] =5"},
+        {"leaving without typing shows it", "set:1000 Tab", "1000 Hz =1000"},
+        {"a refused edit stays", "5x Ret set:1000", "read(5x) 5x| =1000"},
+        {"an echo of the value leaves the caret alone", "Home set:440", "|440 =440"},
+        {"and the undo", "Home 1 set:440 C-z", "|440 =440"},
+        {"the field shows what its action makes of the value", "limited 99999 Ret",
+         "read(99999) sent(99999 Hz) [20000|] =20000"},
+        {"also when it is left", "limited 99999 Tab", "read(99999) sent(99999 Hz) 20000 Hz =20000"},
+        {"a formatter picked while typing drops what was typed", "5x plain", "[440|] =440"},
+        {"and leaves nothing to commit", "5x plain Tab", "440 =440"},
+    });
 }
 
 TEST(NSTextField, APressBehindTheTextPutsTheCaretToItsEnd)

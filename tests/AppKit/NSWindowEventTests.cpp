@@ -16,11 +16,7 @@ struct EventRig : ProbeRig {
 
 TEST(NSWindowEvents, GoToTheirView)
 {
-    static const struct {
-        const char* why;
-        const char* script;
-        const char* log;
-    } kRows[] = {
+    ExpectLogs<EventRig>({
         {"a press goes to the deepest view", "press:knob release", "knob:down knob:up knob:released knob:in "},
         {"and upwards until one wants it", "deaf:knob press:knob", "box:down "},
         {"or nobody does", "deaf:knob deaf:box press:knob press:back", "unwanted unwanted "},
@@ -32,12 +28,7 @@ TEST(NSWindowEvents, GoToTheirView)
         {"and leaves what is hidden", "move:knob hide:box move:box", "knob:in knob:out "},
         {"the wheel goes to the view under the pointer", "wheel:knob wheel:back", "knob:wheel unwanted "},
         {"keys go up from the first responder", "k eager:knob focus:knob k x", "unwanted knob:gets knob:key unwanted "},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        EventRig t;
-        EXPECT_EQ(t.play(row.script), row.log);
-    }
+    });
 }
 
 TEST(NSWindowEvents, ThePointerHasTheShapeOfItsView)

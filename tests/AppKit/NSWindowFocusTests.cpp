@@ -16,33 +16,22 @@ struct FocusRig : ProbeRig {
 
 TEST(NSWindowFocus, GoesWhereItMay)
 {
-    static const struct {
-        const char* why;
-        const char* script;
-        const char* log;
-        const char* focus;
-    } kRows[] = {
-        {"the old one may refuse to go", "focus:a keeps:a focus:b Tab press:back",
-         "a:gets a:keeps refused a:keeps a:keeps unwanted ", "a"},
-        {"a press on who asks for no focus leaves it", "focus:a press:b", "a:gets b:down ", "a"},
-        {"a press on the background takes it away", "focus:a press:back", "a:gets a:loses unwanted ", "window"},
-        {"a view that is hidden gives up, whatever it wants", "focus:a keeps:a hide:a", "a:gets a:aborts a:keeps ",
-         "window"},
-        {"one inside of what is hidden", "focus:a keeps:a hide:back", "a:gets a:aborts a:keeps ", "window"},
-        {"one that is removed", "focus:a keeps:a remove:a", "a:gets a:aborts a:keeps ", "window"},
-        {"one whose window closes", "focus:a keeps:a close", "a:gets a:aborts a:keeps ", "window"},
-        {"hidden views and views that don't take it are refused", "focus:c hide:a shy:b focus:a focus:b",
-         "c:gets refused refused ", "c"},
-        {"views of no window, too", "focus:c remove:a focus:a", "c:gets refused ", "c"},
-        {"what lies inside a key view is a part of it", "eager:part focus:part Tab", "part:gets part:loses b:gets ",
-         "b"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        FocusRig t;
-        EXPECT_EQ(t.play(row.script), row.log);
-        EXPECT_EQ(t.focus(), row.focus);
-    }
+    ExpectLogs<FocusRig>({
+        {"the old one may refuse to go", "focus:a keeps:a focus:b Tab press:back who",
+         "a:gets a:keeps refused a:keeps a:keeps unwanted =a "},
+        {"a press on who asks for no focus leaves it", "focus:a press:b who", "a:gets b:down =a "},
+        {"a press on the background takes it away", "focus:a press:back who", "a:gets a:loses unwanted =window "},
+        {"a view that is hidden gives up, whatever it wants", "focus:a keeps:a hide:a who",
+         "a:gets a:aborts a:keeps =window "},
+        {"one inside of what is hidden", "focus:a keeps:a hide:back who", "a:gets a:aborts a:keeps =window "},
+        {"one that is removed", "focus:a keeps:a remove:a who", "a:gets a:aborts a:keeps =window "},
+        {"one whose window closes", "focus:a keeps:a close who", "a:gets a:aborts a:keeps =window "},
+        {"hidden views and views that don't take it are refused", "focus:c hide:a shy:b focus:a focus:b who",
+         "c:gets refused refused =c "},
+        {"views of no window, too", "focus:c remove:a focus:a who", "c:gets refused =c "},
+        {"what lies inside a key view is a part of it", "eager:part focus:part Tab who",
+         "part:gets part:loses b:gets =b "},
+    });
 }
 
 TEST(NSWindowFocus, TabWalksTheViewsThatTakeIt)

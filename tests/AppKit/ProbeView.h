@@ -61,7 +61,8 @@ public:
 };
 
 /// A window with such views. A script names them: "press:knob drag:other release focus:box k"; "back" is the window's
-/// background. What nobody wanted and what was refused is noted as "unwanted" and "refused".
+/// background. What nobody wanted and what was refused is noted as "unwanted" and "refused"; "who" notes who has the
+/// keyboard.
 struct ProbeRig {
     std::string log; // views write into it until the window is gone
     RecordedWindow record;
@@ -92,6 +93,7 @@ struct ProbeRig {
             {"keeps", onProbe([](ProbeView& probe) { probe.keepsFocus = true; })},
             {"untrack", onProbe([this](ProbeView& probe) { window()->endTracking(&probe); })},
             {"release", [this](const Step&) { rig.release(); }},
+            {"who", [this](const Step&) { log += "=" + focus() + " "; }},
             {"close", [this](const Step&) { window()->close(); }},
         };
     }

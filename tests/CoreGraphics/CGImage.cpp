@@ -37,21 +37,6 @@ const std::uint8_t* drawnFrom(CGImageRef image)
 
 } // namespace
 
-TEST(CGImage, DrawsFromTheProvidersBytes)
-{
-    Releases releases;
-    const auto image = releases.image();
-    ASSERT_TRUE(image);
-    EXPECT_EQ(CGImageGetPixels(image).data(), kBytes.data());
-    EXPECT_EQ(CGImageGetPixels(image).size(), 28u);
-    EXPECT_EQ(CGImageGetBytesPerRow(image), 16u);
-    EXPECT_EQ(drawnFrom(image), kBytes.data());
-    const auto context = CGBitmapContextCreate(3, 2);
-    CGContextDrawImage(context, CGRectMake(0, 0, 3, 2), image);
-    EXPECT_EQ(pixelOf(context, 2, 0), "030000ff");
-    EXPECT_EQ(pixelOf(context, 0, 1), "040000ff");
-}
-
 TEST(CGImage, CutsShareBytesAndKeepThem)
 {
     static const struct {
@@ -71,6 +56,7 @@ TEST(CGImage, CutsShareBytesAndKeepThem)
         SCOPED_TRACE(row.why);
         Releases releases;
         auto image = releases.image();
+        EXPECT_EQ(drawnFrom(image), kBytes.data());
         auto cut = CGImageCreateWithImageInRect(image, row.rect);
         image = nullptr;
         ASSERT_EQ(cut != nullptr, row.width > 0);
@@ -80,6 +66,12 @@ TEST(CGImage, CutsShareBytesAndKeepThem)
         EXPECT_EQ(CGImageGetHeight(cut), row.height);
         EXPECT_EQ(drawnFrom(cut), &kBytes[16 * row.y + 4 * row.x]);
         EXPECT_EQ(CGImageGetPixels(cut).data(), drawnFrom(cut));
+        EXPECT_EQ(CGImageGetPixels(cut).size(), 16 * (row.height - 1) + 4 * row.width);
+        EXPECT_EQ(CGImageGetBytesPerRow(cut), 16u);
+        const auto context = CGBitmapContextCreate(row.width, row.height);
+        CGContextDrawImage(context, CGRectMake(0, 0, CGFloat(row.width), CGFloat(row.height)), cut);
+        EXPECT_EQ(pixelOf(context, row.width - 1, row.height - 1),
+                  hexOf(kBytes, 4 * (row.y + row.height - 1) + row.x + row.width - 1));
         cut = CGImageCreateWithImageInRect(cut, CGRectMake(0, 0, 1, 1)); // of a part again
         EXPECT_EQ(releases.count, 0);
         cut = nullptr;

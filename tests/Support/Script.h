@@ -5,8 +5,11 @@
 /// Each word is a verb of the rig's table, with what follows its colon; "S-" before it holds Shift. Any other word goes
 /// to `otherwise`, and is an error where there is none.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -55,3 +58,20 @@ public:
         }
     }
 };
+
+/// What a rig notes of a script.
+struct LoggedScript {
+    const char* why;
+    const char* script;
+    const char* log;
+};
+
+/// Plays each in a rig of its own, whose `play` tells what was noted.
+template <typename Rig> void ExpectLogs(std::initializer_list<LoggedScript> rows)
+{
+    for (const LoggedScript& row : rows) {
+        SCOPED_TRACE(std::string(row.why) + ": " + row.script);
+        Rig rig;
+        EXPECT_EQ(rig.play(row.script), row.log);
+    }
+}
