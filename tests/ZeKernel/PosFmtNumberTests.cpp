@@ -42,61 +42,44 @@ TEST(myatof, ReadsOneNumber)
 
 TEST(PrettyNumber, GroupsDigits)
 {
-    static const struct {
-        const wchar_t* number;
-        const wchar_t* group;
-        const wchar_t* pretty;
-    } kRows[] = {
-        {L"1234567", L",", L"1,234,567"},
-        {L"-1234", L",", L"-1,234"},
-        {L"1000", L"\u202f", L"1\u202f000"},
-        {L"1234.5678", L",", L"1,234.5678"},
-        {L"", L",", L"0"},
-        {L"  12345  ", L",", L"  12,345"},
-        {L"0001234", L",", L"0001,234"},
-        {L"0.1234", L",", L"0.1234"},
-        {L"1234567", L"", L"1234567"},
+    const auto pretty = [](ZeString number, const ZeString& group = kComma) {
+        const int length = PrettyNumber(number, kPoint, group);
+        EXPECT_EQ(length, static_cast<int>(number.size()));
+        return number;
     };
-    for (const auto& row : kRows) {
-        ZeString text = row.number;
-        EXPECT_EQ(PrettyNumber(text, kPoint, row.group), static_cast<int>(ZeString(row.pretty).size()));
-        EXPECT_EQ(text, row.pretty);
-    }
-    ZeString longText(78, L'1');
-    EXPECT_EQ(PrettyNumber(longText, kPoint, kComma), 79);
-    EXPECT_EQ(longText.substr(0, 8) + longText.substr(75), L"111,111,,111");
+    EXPECT_EQ(pretty(L"1234567"), L"1,234,567");
+    EXPECT_EQ(pretty(L"-1234"), L"-1,234");
+    EXPECT_EQ(pretty(L"1000", L"\u202f"), L"1\u202f000");
+    EXPECT_EQ(pretty(L"1234.5678"), L"1,234.5678");
+    EXPECT_EQ(pretty(L""), L"0");
+    EXPECT_EQ(pretty(L"  12345  "), L"  12,345");
+    EXPECT_EQ(pretty(L"0001234"), L"0001,234");
+    EXPECT_EQ(pretty(L"0.1234"), L"0.1234");
+    EXPECT_EQ(pretty(L"1234567", L""), L"1234567");
+    const ZeString cut = pretty(ZeString(78, L'1'));
+    EXPECT_EQ(cut.size(), 79u);
+    EXPECT_EQ(cut.substr(0, 8) + cut.substr(75), L"111,111,,111");
 }
 
 TEST(FormatFloatPretty, WritesAnyValue)
 {
-    static const struct {
-        double value;
-        const wchar_t* pattern;
-        const wchar_t* text;
-    } kRows[] = {
-        {1234.5, L"#.###", L"1,234.500"},
-        {-1234.5, L"#.###", L"1,234.500"},
-        {1234567.891, L"####.######", L"1,234,567.891000"},
-        {0.0005, L"#.###", L"0.001"},
-        {0.125, L"###.##", L"0.12"}, // the half of a 32-bit float falls short of it
-        {999.9999, L"#.###", L"1,000.000"},
-        {4294967296.25, L"###.##", L"4,294,967,296.25"},
-        {1e300, L"#.#", L"9,223,372,036,854,775,807.9"},
-        {std::numeric_limits<double>::infinity(), L"#.#", L"9,223,372,036,854,775,807.9"},
-        {std::nan(""), L"#.##", L"0.00"},
-        {1.0 / 3, L"#.#########", L"0.333333333"},
-        {1.0 / 3, L"#.############", L"0.333333333"},
-    };
-    for (const auto& row : kRows) {
+    const auto written = [](double value, const wchar_t* pattern, const ZeString& decimal = kPoint,
+                            const ZeString& group = kComma, bool groups = true) {
         ZeString out = L"something longer than any of the results can be";
-        FormatFloatPretty(out, row.value, row.pattern, kPoint, kComma, true);
-        EXPECT_EQ(out, row.text);
-    }
-    ZeString out;
-    FormatFloatPretty(out, 1234.5, L"#.###", kPoint, kComma, false);
-    EXPECT_EQ(out, L"1234.500");
-    FormatFloatPretty(out, 1234.5, L"#.###", L"\u066b", L"\u2019", true);
-    EXPECT_EQ(out, L"1\u2019234\u066b500");
-    FormatFloatPretty(out, 1234.75, L"#.###", kNothing, kNothing, true);
-    EXPECT_EQ(out, L"1234");
+        FormatFloatPretty(out, value, pattern, decimal, group, groups);
+        return out;
+    };
+    EXPECT_EQ(written(-1234.5, L"#.###"), L"1,234.500");
+    EXPECT_EQ(written(1234567.891, L"####.######"), L"1,234,567.891000");
+    EXPECT_EQ(written(0.0005, L"#.###"), L"0.001");
+    EXPECT_EQ(written(0.125, L"###.##"), L"0.12") << "the half of a 32-bit float falls short of it";
+    EXPECT_EQ(written(999.9999, L"#.###"), L"1,000.000");
+    EXPECT_EQ(written(4294967296.25, L"###.##"), L"4,294,967,296.25");
+    EXPECT_EQ(written(1e300, L"#.#"), L"9,223,372,036,854,775,807.9");
+    EXPECT_EQ(written(HUGE_VAL, L"#.#"), L"9,223,372,036,854,775,807.9");
+    EXPECT_EQ(written(std::nan(""), L"#.##"), L"0.00");
+    EXPECT_EQ(written(1.0 / 3, L"#.############"), L"0.333333333");
+    EXPECT_EQ(written(1234.5, L"#.###", kPoint, kComma, false), L"1234.500");
+    EXPECT_EQ(written(1234.5, L"#.###", L"\u066b", L"\u2019"), L"1\u2019234\u066b500");
+    EXPECT_EQ(written(1234.75, L"#.###", kNothing, kNothing), L"1234");
 }

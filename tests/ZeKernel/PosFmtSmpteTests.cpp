@@ -50,37 +50,24 @@ private:
 
 TEST(FrameCountToSMPTE, TurnsFramesIntoLabels)
 {
-    static const struct {
-        const char* why;
-        unsigned type;
-        long long frame;
-        const char* label;
-    } kRows[] = {
-        {"minute 1 starts at label 2", SMPTETYPE_DROP, 1800, "0:1:0:2"},
-        {"wraps after 24 hours", SMPTETYPE_DROP, 2589408, "0:0:0:0"},
-        {"a negative count is 0", SMPTETYPE_DROP, -1, "0:0:0:0"},
-        {"and wraps later", SMPTETYPE_NONDROP_29, 2592000, "0:0:0:0"},
-        {"the largest count", SMPTETYPE_FILM, 9223372036854775807, "20:38:45:7"},
-        {"a kind without frames counts as drop-frame", SMPTETYPE_NONE, 1800, "0:1:0:2"},
-        {"an unknown kind too", 77, 2589408 + 1800, "0:1:0:2"},
-    };
-    for (const auto& row : kRows) EXPECT_EQ(LabelOfFrame(row.type, row.frame), row.label) << row.why;
+    EXPECT_EQ(LabelOfFrame(SMPTETYPE_DROP, 1800), "0:1:0:2") << "minute 1 starts at label 2";
+    EXPECT_EQ(LabelOfFrame(SMPTETYPE_DROP, 2589408), "0:0:0:0") << "wraps after 24 hours";
+    EXPECT_EQ(LabelOfFrame(SMPTETYPE_DROP, -1), "0:0:0:0") << "a negative count is 0";
+    EXPECT_EQ(LabelOfFrame(SMPTETYPE_NONDROP_29, 2592000), "0:0:0:0") << "and wraps later";
+    EXPECT_EQ(LabelOfFrame(SMPTETYPE_FILM, 9223372036854775807), "20:38:45:7") << "the largest count";
+    EXPECT_EQ(LabelOfFrame(SMPTETYPE_NONE, 1800), "0:1:0:2") << "a kind without frames counts as drop-frame";
+    EXPECT_EQ(LabelOfFrame(77, 2589408 + 1800), "0:1:0:2") << "an unknown kind too";
 }
 
 TEST(SMPTEToFrameCount, TurnsLabelsIntoFrames)
 {
-    static const struct {
-        _smpteval label;
-        unsigned frame;
-    } kRows[] = {
-        {{SMPTETYPE_DROP, 0, 1, 0, 0}, 1800}, // skipped: the next label that exists
-        {{SMPTETYPE_DROP, 0, 1, 0, 1}, 1800},
-        {{SMPTETYPE_FILM, 0, 75, 0, 99}, 108099},
-        {{SMPTETYPE_NONE, 1, 2, 3, 4}, 0},
-        {{6, 1, 2, 3, 4}, 0},
-        {{SMPTETYPE_EBU, 4294967295, 0, 0, 0}, 4294877296}, // wraps at 32 bits
-    };
-    for (const auto& row : kRows) EXPECT_EQ(SMPTEToFrameCount(&row.label), row.frame) << LabelOf(row.label);
+    const auto frame = [](const _smpteval& label) { return SMPTEToFrameCount(&label); };
+    EXPECT_EQ(frame({SMPTETYPE_DROP, 0, 1, 0, 0}), 1800u) << "skipped: the next label that exists";
+    EXPECT_EQ(frame({SMPTETYPE_DROP, 0, 1, 0, 1}), 1800u);
+    EXPECT_EQ(frame({SMPTETYPE_FILM, 0, 75, 0, 99}), 108099u);
+    EXPECT_EQ(frame({SMPTETYPE_NONE, 1, 2, 3, 4}), 0u);
+    EXPECT_EQ(frame({6, 1, 2, 3, 4}), 0u);
+    EXPECT_EQ(frame({SMPTETYPE_EBU, 4294967295, 0, 0, 0}), 4294877296u) << "wraps at 32 bits";
 }
 
 TEST(SMPTEToPosition, GivesTheFirstWholeSample)
@@ -185,17 +172,15 @@ TEST(AsciiToSMPTE, RefusesLongText)
 
 TEST(SamplesToSmpte, SplitsSeconds)
 {
-    static const struct {
-        double frameRate, seconds;
-        const char* label;
-    } kRows[] = {
-        {25, 3661.04, "1:1:1:1"},   {25, 3661.0399999999, "1:1:1:1"}, // within the tolerance of a frame
-        {25, 3661.0399, "1:1:1:0"}, {30, 90000, "1:0:0:0"},
-        {30, 0.999, "0:0:0:29"},    {30, 1e300, "15:15:0:0"}, // hours and minutes of the largest count
-    };
-    for (const auto& row : kRows) {
+    const auto label = [](double frameRate, double seconds) {
         _smpteval t{};
-        SamplesToSmpte(t, row.frameRate, row.seconds);
-        EXPECT_EQ(LabelOf(t), row.label) << row.seconds;
-    }
+        SamplesToSmpte(t, frameRate, seconds);
+        return LabelOf(t);
+    };
+    EXPECT_EQ(label(25, 3661.04), "1:1:1:1");
+    EXPECT_EQ(label(25, 3661.0399999999), "1:1:1:1") << "within the tolerance of a frame";
+    EXPECT_EQ(label(25, 3661.0399), "1:1:1:0");
+    EXPECT_EQ(label(30, 90000), "1:0:0:0");
+    EXPECT_EQ(label(30, 0.999), "0:0:0:29");
+    EXPECT_EQ(label(30, 1e300), "15:15:0:0") << "hours and minutes of the largest count";
 }

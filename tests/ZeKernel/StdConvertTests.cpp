@@ -40,23 +40,13 @@ TEST(StdConvert, CarriesEveryCodePointBothWays)
 
 TEST(StdConvert, KeepsWhatFitsAndWhatIsWellFormed)
 {
-    static const struct {
-        const char* why;
-        std::string narrow;
-        int room;
-        std::wstring wide;
-    } kRows[] = {
-        {"room for one", "ab", 1, L"a"},
-        {"room for none", "ab", 0, L""},
-        {"less than no room", "ab", -1, L""},
-        {"cut inside a character", "a\xE2\x80", kRoom, L"a"},
-        {"a byte that starts nothing", "a\x80z", kRoom, L"a"},
-        {"a byte that UTF-8 lacks", "a\xFFz", kRoom, L"a"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        EXPECT_EQ((Converted<wchar_t, char>(row.narrow, row.room)), row.wide);
-    }
+    const auto wide = [](const std::string& narrow, int room) { return Converted<wchar_t, char>(narrow, room); };
+    EXPECT_EQ(wide("ab", 1), L"a");
+    EXPECT_EQ(wide("ab", 0), L"");
+    EXPECT_EQ(wide("ab", -1), L"");
+    EXPECT_EQ(wide("a\xE2\x80", kRoom), L"a") << "cut inside a character";
+    EXPECT_EQ(wide("a\x80z", kRoom), L"a") << "a byte that starts nothing";
+    EXPECT_EQ(wide("a\xFFz", kRoom), L"a") << "a byte that UTF-8 lacks";
     EXPECT_EQ((Converted<char, wchar_t>(L"a\u00E9", 2)), "a") << "half a character doesn't fit";
 }
 

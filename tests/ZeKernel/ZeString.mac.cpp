@@ -29,42 +29,25 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 
 TEST(ZeStringFromNSString, HoldsOneElementACodePoint)
 {
-    static const struct {
-        const char* why;
-        std::u16string units;
-        std::wstring text;
-    } kRows[] = {
-        {"outside the BMP", kUnits, L"A\u00E4\u066B\U0001F600Z"},
-        {"empty", u"", L""},
-        {"a NUL inside", std::u16string(u"a\0b", 3), std::wstring(L"a\0b", 3)},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        EXPECT_EQ(ZeString(NSString::string(row.units).get()), row.text);
-    }
+    const auto text = [](const std::u16string& units) { return ZeString(NSString::string(units).get()); };
+    EXPECT_EQ(text(kUnits), L"A\u00E4\u066B\U0001F600Z");
+    EXPECT_EQ(text(u""), L"");
+    EXPECT_EQ(text(std::u16string(u"a\0b", 3)), std::wstring(L"a\0b", 3));
     EXPECT_EQ(ZeString(static_cast<const NSString*>(nullptr)), L"");
 }
 
 TEST(ZeStringToNSString, NarrowsEachElementToSixteenBits)
 {
-    static const struct {
-        const char* why;
-        ZeString text;
-        std::u16string units;
-    } kRows[] = {
-        {"inside the BMP", L"A\u00E4\u066B", u"A\u00E4\u066B"},
-        {"outside the BMP no pair is made", L"\U0001F600Z", u"\xF600Z"},
-        {"only an element that is NUL ends the text", L"\U00010000Z", std::u16string(u"\0Z", 2)},
-        {"ends at the first NUL", std::wstring(L"ab\0cd", 5), u"ab"},
-        {"empty", L"", u""},
+    const NSAutoreleasePool pool;
+    const auto units = [](const ZeString& text) {
+        const NSString* const string = text;
+        return string ? string->units() : u"null";
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        const NSAutoreleasePool pool;
-        const NSString* const string = row.text;
-        ASSERT_NE(string, nullptr);
-        EXPECT_EQ(string->units(), row.units);
-    }
+    EXPECT_EQ(units(L"A\u00E4\u066B"), u"A\u00E4\u066B");
+    EXPECT_EQ(units(L"\U0001F600Z"), u"\xF600Z") << "outside the BMP no pair is made";
+    EXPECT_EQ(units(L"\U00010000Z"), std::u16string(u"\0Z", 2)) << "only an element that is NUL ends the text";
+    EXPECT_EQ(units(std::wstring(L"ab\0cd", 5)), u"ab");
+    EXPECT_EQ(units(L""), u"");
 }
 
 TEST(ZeStringToNSString, AnswersAStringOfThePool)
@@ -80,25 +63,16 @@ TEST(ZeStringToNSString, AnswersAStringOfThePool)
 
 TEST(ZeStringFromCFString, KeepsSurrogatesApart)
 {
-    static const struct {
-        const char* why;
-        std::u16string units;
-        std::wstring text;
-    } kRows[] = {
-        {"outside the BMP", kUnits, L"A\u00E4\u066B\xD83D\xDE00Z"},
-        {"an unpaired surrogate", u"a\xD83Dz", L"a\xD83Dz"},
-        {"ends at the first NUL", std::u16string(u"a\0b", 3), L"a"},
-        {"empty", u"", L""},
+    const auto text = [](const RetainPtr<NSString>& source) {
+        ZeString assigned(L"what was there before");
+        zeassign(assigned, CFStringRef(source.get()));
+        return assigned;
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        ZeString text(L"what was there before");
-        zeassign(text, CFStringRef(NSString::string(row.units).get()));
-        EXPECT_EQ(text, row.text);
-    }
-    ZeString text(L"old");
-    zeassign(text, CFStringRef(nullptr));
-    EXPECT_EQ(text, L"");
+    EXPECT_EQ(text(NSString::string(kUnits)), L"A\u00E4\u066B\xD83D\xDE00Z");
+    EXPECT_EQ(text(NSString::string(u"a\xD83Dz")), L"a\xD83Dz") << "an unpaired one too";
+    EXPECT_EQ(text(NSString::string(std::u16string(u"a\0b", 3))), L"a") << "ends at the first NUL";
+    EXPECT_EQ(text(NSString::string("")), L"");
+    EXPECT_EQ(text(nullptr), L"");
 }
 
 TEST(ZeStringFromCFString, LeavesTheTargetWhereThereIsNoMemory)

@@ -156,16 +156,16 @@ TEST_F(ZeTimeTextFormatterTest, HandsItsFormatOver)
 
 TEST_F(ZeTimeTextFormatterTest, SampleRatesKeepTheirLowBits)
 {
-    static const struct {
-        double rate;
-        unsigned kept;
-    } kRows[] = {{44099.99, 44099}, {4294967296.0 + 8000, 8000}, {-1, 0xFFFFFFFF}, {std::nan(""), 0}};
-    for (const auto& row : kRows) {
-        formatter->setSampleRate(row.rate);
+    const auto kept = [this](double rate) {
         ZePosFmt fmt;
+        formatter->setSampleRate(rate);
         unbox(fmt);
-        EXPECT_EQ(fmt.dwSampleRate, row.kept) << row.rate;
-    }
+        return fmt.dwSampleRate;
+    };
+    EXPECT_EQ(kept(44099.99), 44099u);
+    EXPECT_EQ(kept(4294967296.0 + 8000), 8000u);
+    EXPECT_EQ(kept(-1), 0xFFFFFFFF);
+    EXPECT_EQ(kept(std::nan("")), 0u);
 }
 
 } // namespace
