@@ -32,19 +32,15 @@ RetainPtr<CGImage> imageOf(const ZeGraphicsContext& drawing)
 
 TEST(ZeGraphicsContext, ColourWordsFillRectangles)
 {
-    static const struct {
-        ZeGuiDefs::Color word;
-        const char* pixel;
-    } kRows[] = {{0xFFFFFFFF, "ffffffff"},
-                 {0xFF0000FF, "0000ffff"},
-                 {0x336699FF, "996633ff"},
-                 {0x0000FF80, "80000080"},
-                 {0xFFFFFF00, "00000000"}};
-    for (const auto& row : kRows) {
+    for (const auto& [word, pixel] : {std::pair(0xFFFFFFFFu, "ffffffff"),
+                                      {0xFF0000FFu, "0000ffff"},
+                                      {0x336699FFu, "996633ff"},
+                                      {0x0000FF80u, "80000080"},
+                                      {0xFFFFFF00u, "00000000"}}) {
         Canvas canvas(4, 3);
-        canvas.drawing.ZeFillRectSolid(row.word, {1, 1, 2, 1});
-        EXPECT_EQ(canvas.pixel(1, 1), row.pixel);
-        EXPECT_EQ(canvas.pixel(2, 1), row.pixel);
+        canvas.drawing.ZeFillRectSolid(word, {1, 1, 2, 1});
+        EXPECT_EQ(canvas.pixel(1, 1), pixel);
+        EXPECT_EQ(canvas.pixel(2, 1), pixel);
         EXPECT_EQ(canvas.pixel(3, 1) + canvas.pixel(1, 0) + canvas.pixel(1, 2), "000000000000000000000000");
     }
 }
@@ -149,35 +145,26 @@ TEST(ZeGraphicsContext, XorLinesInvert)
 
 TEST(ZeGraphicsContext, CurvesHaveTheirControls)
 {
-    const ZeFPoint tent[] = {{0, 0}, {3, 3}, {6, 0}};
-    const ZeFPoint step[] = {{0, 0}, {0, 6}, {6, 6}};
-    static const struct {
-        const char* why;
-        const ZeFPoint* points;
-        unsigned n;
-        int mode;
-        float tension;
-        int chordEnds;
-        const char* path;
-    } kRows[] = {
-        {"cubic", tent, 3, 1, 1, 0, "M0,0 C1,1 2,4 3,3 C4,4 5,1 6,0 "},
-        {"half the tension", tent, 3, 1, 0.5, 0, "M0,0 C0.5,0.5 2.5,3.5 3,3 C3.5,3.5 5.5,0.5 6,0 "},
-        {"ends by the own chord", tent, 3, 1, 1, 1, "M0,0 C1,1 2,2 3,3 C4,4 5,1 6,0 "},
-        {"only 1 does that", tent, 3, 1, 1, 2, "M0,0 C1,1 2,4 3,3 C4,4 5,1 6,0 "},
-        {"quadratic", tent, 3, 0, 1, 0, "M0,0 Q1.5,2.5 3,3 Q4.5,2.5 6,0 "},
-        {"upright chords count as level", step, 3, 1, 1, 0, "M0,0 C0,0 0,6 0,6 C2,6 4,6 6,6 "},
-        {"straight", tent, 3, 2, 1, 0, "M0,0 L3,3 L6,0 "},
-        {"no tension", tent, 3, 1, 0, 0, "M0,0 L3,3 L6,0 "},
-        {"another mode", tent, 3, 3, 1, 0, "M0,0 "},
-        {"one point", tent, 1, 1, 1, 0, "M0,0 "},
-        {"none", tent, 0, 1, 1, 0, ""},
-        {"null", nullptr, 3, 1, 1, 0, ""},
-    };
-    for (const auto& row : kRows) {
+    const auto path = [](std::initializer_list<ZeFPoint> points, int mode, float tension = 1, int chordEnds = 0) {
         Canvas canvas(1, 1);
-        canvas.drawing.ZeCalcCurve(row.points, row.n, row.mode, row.tension, row.chordEnds);
-        EXPECT_EQ(pathOf(canvas.bitmap), row.path) << row.why;
-    }
+        canvas.drawing.ZeCalcCurve(points.begin(), static_cast<unsigned>(points.size()), mode, tension, chordEnds);
+        return pathOf(canvas.bitmap);
+    };
+    const std::initializer_list<ZeFPoint> tent = {{0, 0}, {3, 3}, {6, 0}};
+    EXPECT_EQ(path(tent, 1), "M0,0 C1,1 2,4 3,3 C4,4 5,1 6,0 ");
+    EXPECT_EQ(path(tent, 1, 0.5), "M0,0 C0.5,0.5 2.5,3.5 3,3 C3.5,3.5 5.5,0.5 6,0 ");
+    EXPECT_EQ(path(tent, 1, 1, 1), "M0,0 C1,1 2,2 3,3 C4,4 5,1 6,0 ") << "ends by the own chord";
+    EXPECT_EQ(path(tent, 1, 1, 2), path(tent, 1)) << "only 1 does that";
+    EXPECT_EQ(path(tent, 0), "M0,0 Q1.5,2.5 3,3 Q4.5,2.5 6,0 ");
+    EXPECT_EQ(path({{0, 0}, {0, 6}, {6, 6}}, 1), "M0,0 C0,0 0,6 0,6 C2,6 4,6 6,6 ") << "upright chords count as level";
+    EXPECT_EQ(path(tent, 2), "M0,0 L3,3 L6,0 ");
+    EXPECT_EQ(path(tent, 1, 0), "M0,0 L3,3 L6,0 ") << "no tension";
+    EXPECT_EQ(path(tent, 3), "M0,0 ") << "another mode";
+    EXPECT_EQ(path({{0, 0}}, 1), "M0,0 ");
+    EXPECT_EQ(path({}, 1), "");
+    Canvas canvas(1, 1);
+    canvas.drawing.ZeCalcCurve(nullptr, 3, 1, 1, 0);
+    EXPECT_EQ(pathOf(canvas.bitmap), "");
 }
 
 TEST(ZeGraphicsContext, PathsAreStrokedAndFilled)

@@ -151,25 +151,18 @@ TEST(ZeRect, TellsWhatTwoHaveInCommon)
 
 TEST(ZeRect, SurroundsTwo)
 {
-    static const struct {
-        const char* why;
-        ZeRect a, b;
-        Numbers both;
-        bool hasExtent;
-    } kRows[] = {
-        {"two", {10, 10, 10, 10}, {0, 0, 5, 5}, {0, 0, 20, 20}, true},
-        {"the first has no width", {0, 0, 0, 5}, {3, 3, 2, 2}, {3, 3, 2, 2}, true},
-        {"the second has no height", {3, 3, 2, 2}, {0, 0, 5, 0}, {3, 3, 2, 2}, true},
-        {"neither counts", {1, 2, 0, 5}, {3, 3, 2, 0}, {1, 2, 0, 5}, false},
-        {"negative extents stay", {10, 0, -5, 1}, {10, 0, -10, 1}, {10, 0, -5, 1}, true},
+    const auto check = [](const ZeRect& a, const ZeRect& b, const Numbers& both, bool hasExtent = true) {
+        SCOPED_TRACE(testing::Message() << "to " << both.x << ',' << both.y);
+        ZeRect rect = b;
+        EXPECT_EQ(a.SuperRect(b, nullptr), hasExtent);
+        EXPECT_EQ(a.SuperRect(rect, &rect), hasExtent);
+        expectRect(rect, both);
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        ZeRect both = row.b;
-        EXPECT_EQ(row.a.SuperRect(row.b, nullptr), row.hasExtent);
-        EXPECT_EQ(row.a.SuperRect(both, &both), row.hasExtent);
-        expectRect(both, row.both);
-    }
+    check({10, 10, 10, 10}, {0, 0, 5, 5}, {0, 0, 20, 20});
+    check({0, 0, 0, 5}, {3, 3, 2, 2}, {3, 3, 2, 2}); // no width
+    check({3, 3, 2, 2}, {0, 0, 5, 0}, {3, 3, 2, 2}); // no height
+    check({1, 2, 0, 5}, {3, 3, 2, 0}, {1, 2, 0, 5}, false);
+    check({10, 0, -5, 1}, {10, 0, -10, 1}, {10, 0, -5, 1}); // negative extents stay
 }
 
 TEST(ZeRect, HalvesIntoTriangles)
