@@ -39,8 +39,7 @@ protected:
 
 TEST_F(EditingTest, GesturesAreTakenBackAndMadeAgain)
 {
-    auto& slider = editor->start();
-    editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    const auto& slider = editor->pressStart();
     for (const double hz : {600.0, 800.0, 1000.0}) {
         editor->mouse(NSLeftMouseDragged, slider, MelFromHz(hz));
         scene.run(0.1);

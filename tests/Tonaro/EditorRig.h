@@ -73,9 +73,7 @@ public:
 
     void show(AudioUnitParameterID parameter, float value) const
     {
-        AudioUnitEvent event{};
-        event.mEventType = kAudioUnitEvent_ParameterValueChange;
-        event.mArgument.mParameter = {nullptr, parameter, 0, 0};
+        const AudioUnitEvent event{kAudioUnitEvent_ParameterValueChange, {.mParameter = {nullptr, parameter, 0, 0}}};
         view->_eventListener(nullptr, &event, value);
     }
     /// What typing that number and Return would do, without the field editor.
@@ -93,6 +91,12 @@ public:
     void mouse(NSEventType type, const NSSlider& slider, double value) const
     {
         mouse(type, slider, slider.knobCenterForValue(value));
+    }
+    /// On its knob, which moves nothing.
+    const ZeFrequencySlider& pressStart() const
+    {
+        mouse(NSLeftMouseDown, start(), start().doubleValue());
+        return start();
     }
     void click(const NSView& clicked, NSPoint point) const
     {

@@ -188,23 +188,18 @@ TEST(Layout, HasRoomForEveryFormatInEveryLanguage)
 
 TEST(Layout, SpeaksTheUsersLanguage)
 {
-    const struct {
-        const char* language;
-        const char* title;
-        const char* toolTip;
-    } kRows[] = {{"en", "Sweep to an end frequency", "Help"},
-                 {"de", "Bis zu einer Endfrequenz gleiten", "Hilfe"},
-                 {"fr", "Balayer jusqu’à une fréquence finale", "Aide"},
-                 {"nl", "Sweep to an end frequency", "Help"}};
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.language);
-        const Layout layout(row.language);
-        EXPECT_EQ(layout.editor->outlet<NSButton>("mUseEndCheckbox").title()->utf8(), row.title);
-        const auto hasToolTip = [&](const NSView* view) {
-            return view->toolTip() && view->toolTip()->utf8() == row.toolTip;
-        };
-        EXPECT_TRUE(std::any_of(layout.views.begin(), layout.views.end(), hasToolTip));
-    }
+    const auto check = [](const char* language, const char* title, const char* toolTip) {
+        SCOPED_TRACE(language);
+        const Layout layout(language);
+        EXPECT_EQ(layout.editor->outlet<NSButton>("mUseEndCheckbox").title()->utf8(), title);
+        EXPECT_TRUE(std::any_of(layout.views.begin(), layout.views.end(), [&](const NSView* view) {
+            return view->toolTip() && view->toolTip()->utf8() == toolTip;
+        }));
+    };
+    check("en", "Sweep to an end frequency", "Help");
+    check("de", "Bis zu einer Endfrequenz gleiten", "Hilfe");
+    check("fr", "Balayer jusqu’à une fréquence finale", "Aide");
+    check("nl", "Sweep to an end frequency", "Help");
 }
 
 } // namespace

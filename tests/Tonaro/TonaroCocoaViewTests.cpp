@@ -45,35 +45,26 @@ TEST_F(TonaroCocoaViewTest, FollowsTheUnitWithStepsThatSuitTheFrequency)
 
 TEST_F(TonaroCocoaViewTest, AChangeOfTheRateChangesRangeAndLabels)
 {
-    const struct {
-        double rate;
-        const char* label;
-        double nyquist;
-    } kRows[] = {
-        {48000, "(.01 to 24000 Hz)", 24000}, {0, "(.01 to 22050 Hz)", 22050}, {8000, "(.01 to 4000 Hz)", 4000}};
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.rate);
-        changeRate(row.rate);
-        for (const char* name : {"mStartFreqRangeText", "mEndFreqRangeText"}) EXPECT_EQ(editor->text(name), row.label);
+    for (const auto& [rate, nyquist] : {std::pair(48000, 24000), {0, 22050}, {8000, 4000}}) {
+        SCOPED_TRACE(rate);
+        changeRate(rate);
+        for (const char* name : {"mStartFreqRangeText", "mEndFreqRangeText"})
+            EXPECT_EQ(editor->text(name), "(.01 to " + std::to_string(nyquist) + " Hz)");
         for (const char* name : {"mStartFrequencySlider", "mEndFrequencySlider"}) {
             EXPECT_NEAR(editor->outlet<ZeFrequencySlider>(name).minFreqValue(), 0.01, 1e-9);
-            EXPECT_NEAR(editor->outlet<ZeFrequencySlider>(name).maxFreqValue(), row.nyquist, 1e-6);
+            EXPECT_NEAR(editor->outlet<ZeFrequencySlider>(name).maxFreqValue(), nyquist, 1e-6);
         }
     }
 }
 
 TEST_F(TonaroCocoaViewTest, MinusInfinityShowsForExactlyTheLowestGain)
 {
-    const struct {
-        float gain;
-        const char* text;
-    } kRows[] = {{-120, "-Inf"}, {-119.9F, "-119.9"}, {0, "0.0"}, {-6.25F, "-6.25"}};
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.text);
-        unit.values[kParamGain] = row.gain;
-        editor->show(kParamGain, row.gain);
-        EXPECT_EQ(editor->text("mGainText"), row.text);
-        EXPECT_EQ(editor->outlet<ZeGainFader>("mGainSlider").floatValue(), row.gain);
+    for (const auto& [gain, text] :
+         {std::pair(-120.0F, "-Inf"), {-119.9F, "-119.9"}, {0.0F, "0.0"}, {-6.25F, "-6.25"}}) {
+        unit.values[kParamGain] = gain;
+        editor->show(kParamGain, gain);
+        EXPECT_EQ(editor->text("mGainText"), text);
+        EXPECT_EQ(editor->outlet<ZeGainFader>("mGainSlider").floatValue(), gain);
     }
 }
 
@@ -92,13 +83,10 @@ TEST_F(TonaroCocoaViewTest, TheSwitchEnablesTheEndControlsTogether)
 TEST_F(TonaroCocoaViewTest, EventsThatAreNotForItLeaveItAlone)
 {
     editor->show(kParamCount, 1);
-    AudioUnitEvent event{};
-    event.mEventType = kAudioUnitEvent_EndParameterChangeGesture;
-    event.mArgument.mParameter = {&unit, kParamGain, 0, 0};
+    AudioUnitEvent event{kAudioUnitEvent_EndParameterChangeGesture, {.mParameter = {&unit, kParamGain, 0, 0}}};
     editor->view->_eventListener(nullptr, &event, -40);
     unit.sampleRate = 96000;
-    event.mEventType = kAudioUnitEvent_PropertyChange;
-    event.mArgument.mProperty = {&unit, kPropertyInputLength, 0, 0};
+    event = {kAudioUnitEvent_PropertyChange, {.mProperty = {&unit, kPropertyInputLength, 0, 0}}};
     editor->view->_eventListener(nullptr, &event, 0);
     EXPECT_EQ(editor->text("mGainText"), "-12.0");
     EXPECT_EQ(editor->text("mStartFreqRangeText"), "(.01 to 22050 Hz)");
@@ -124,30 +112,22 @@ TEST_F(TonaroCocoaViewTest, WaveformsOutsideTheListAreIgnored)
 
 TEST_F(TonaroCocoaViewTest, TypedValuesAreFramedAndRoundedUpToAThousandth)
 {
-    const struct {
-        const char* field;
-        float typed;
-        const char* log;
-    } kRows[] = {
-        {"mStartFrequencyText", 1000.0004F, "begin(1) set(1,1000.001) end(1)"},
-        {"mStartFrequencyText", 440.0001F, "begin(1) set(1,440.001) end(1)"},
-        {"mEndFrequencyText", 439.9999F, "begin(3) set(3,440) end(3)"},
-        {"mEndFrequencyText", 1000, "begin(3) set(3,1000) end(3)"},
-        {"mGainText", -33.333F, "begin(5) set(5,-33.333) end(5)"},
+    const auto logged = [this](const char* field, float typed) {
+        editor->enter(field, typed);
+        const std::string log = unit.takeLog();
+        settle();
+        return log;
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.log);
-        editor->enter(row.field, row.typed);
-        EXPECT_EQ(unit.takeLog(), row.log);
-        scene.run();
-        unit.takeLog();
-    }
+    EXPECT_EQ(logged("mStartFrequencyText", 1000.0004F), "begin(1) set(1,1000.001) end(1)");
+    EXPECT_EQ(logged("mStartFrequencyText", 440.0001F), "begin(1) set(1,440.001) end(1)");
+    EXPECT_EQ(logged("mEndFrequencyText", 439.9999F), "begin(3) set(3,440) end(3)");
+    EXPECT_EQ(logged("mEndFrequencyText", 1000), "begin(3) set(3,1000) end(3)");
+    EXPECT_EQ(logged("mGainText", -33.333F), "begin(5) set(5,-33.333) end(5)");
 }
 
 TEST_F(TonaroCocoaViewTest, ADragIsOneGestureAndItsEchoDies)
 {
-    auto& slider = editor->start();
-    editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    const auto& slider = editor->pressStart();
     EXPECT_EQ(unit.takeLog(), "begin(1)");
     editor->mouse(NSLeftMouseDragged, slider, MelFromHz(1000));
     EXPECT_EQ(unit.takeLog().substr(0, 6), "set(1,");
@@ -168,16 +148,14 @@ TEST_F(TonaroCocoaViewTest, FallsSilentAtTheEndsOfTheRange)
         SCOPED_TRACE(end);
         slider.setBoundObjectValue(end);
         EXPECT_EQ(unit.takeLog().substr(0, 6), "set(1,");
-        scene.run();
-        unit.takeLog();
+        settle();
         EXPECT_EQ(settle(), "");
     }
 }
 
 TEST_F(TonaroCocoaViewTest, ClosingTheWindowDuringADragEndsTheGesture)
 {
-    auto& slider = editor->start();
-    editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    editor->pressStart();
     editor->window->close();
     EXPECT_EQ(unit.takeLog(), "begin(1) end(1)");
 }
@@ -186,8 +164,7 @@ TEST_F(TonaroCocoaViewTest, BindingAnewDuringADragEndsTheGestureAtTheOldUnit)
 {
     ScriptedUnit other;
     other.values[kParamGain] = -30;
-    auto& slider = editor->start();
-    editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    editor->pressStart();
     editor->view->setAU(&other);
     EXPECT_EQ(unit.takeLog(), "begin(1) end(1)");
     EXPECT_EQ(editor->text("mGainText"), "-30.0");
@@ -207,9 +184,9 @@ TEST_F(TonaroCocoaViewTest, AnEditMayEndIt)
     open();
     unit.whenSet = [this] { editor->end(); };
     unit.values[kParamStartFrequency] = 1000;
-    AudioUnitEvent event{}; // the listener calls the view, whose slider answers
-    event.mArgument.mParameter = {&unit, kParamStartFrequency, 0, 0};
-    AUEventListenerNotify(nullptr, nullptr, &event);
+    const AudioUnitEvent event{kAudioUnitEvent_ParameterValueChange,
+                               {.mParameter = {&unit, kParamStartFrequency, 0, 0}}};
+    AUEventListenerNotify(nullptr, nullptr, &event); // the listener calls the view, whose slider answers
     EXPECT_EQ(settle(), "set(1,1000)");
     EXPECT_FALSE(editor->view);
 }
@@ -284,8 +261,7 @@ TEST_F(TonaroCocoaViewTest, TwoEditorsFollowEachOtherAndComeToRest)
 {
     const Editor &first = *editor, second(&unit);
     scene.run();
-    auto& slider = first.start();
-    first.mouse(NSLeftMouseDown, slider, slider.doubleValue());
+    const auto& slider = first.pressStart();
     for (int i = 0; i < 100; ++i) { // a thousand moves a second
         first.mouse(NSLeftMouseDragged, slider, MelFromHz(500 + 10 * i));
         CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.001, false);
@@ -344,8 +320,7 @@ TEST_F(TonaroCocoaViewTest, SurvivesAUnitThatAnswersNonsense)
         unit.lowestWaveform = static_cast<float>(rate);
         open();
         editor->pixels();
-        auto& slider = editor->start();
-        editor->mouse(NSLeftMouseDown, slider, slider.doubleValue());
+        const auto& slider = editor->pressStart();
         editor->mouse(NSLeftMouseUp, slider, slider.maxValue());
         EXPECT_FALSE(std::isnan(slider.doubleValue()));
     }

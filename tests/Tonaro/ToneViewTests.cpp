@@ -98,7 +98,7 @@ TEST_F(ToneViewTest, EscapePutsBackWhatADragChanged)
     mouse(NSLeftMouseUp, {start.x, start.y - 20});
     EXPECT_EQ(unit.takeLog(), "");
 
-    editor->mouse(NSLeftMouseDown, editor->start(), editor->start().doubleValue());
+    editor->pressStart();
     editor->mouse(NSLeftMouseDragged, editor->start(), MelFromHz(5000));
     unit.takeLog();
     escape();

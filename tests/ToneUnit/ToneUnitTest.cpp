@@ -38,31 +38,22 @@ double SampleRateOf(ToneUnit& unit)
 
 TEST(ToneUnit, HoldsTheNearestValueThatFits)
 {
-    static const struct {
-        const char* why;
-        TonaroParameterID id;
-        float asked;
-        OSStatus status;
-        float held;
-    } kRows[] = {
-        {"a waveform is whole", kParamWaveform, 2.9f, noErr, 2.0f},
-        {"past the last waveform", kParamWaveform, 17.0f, noErr, 3.0f},
-        {"above half the rate", kParamStartFrequency, 30000.0f, noErr, 24000.0f},
-        {"as low as it goes", kParamEndFrequency, -1.0f, noErr, 0.01f},
-        {"any switch above 0 is on", kParamUseEnd, 0.25f, noErr, 1.0f},
-        {"none at 0", kParamUseEnd, 0.0f, noErr, 0.0f},
-        {"a negative switch is off", kParamLogSweep, -3.0f, noErr, 0.0f},
-        {"minus infinity is silence", kParamGain, -kInfinity, noErr, -120.0f},
-        {"no amplifying", kParamGain, 6.0f, noErr, 0.0f},
-        {"a day is too long", kParamLength, 86400.0f, noErr, 86399.9921875f},
-        {"not a number", kParamLength, kNaN, kAudioUnitErr_InvalidPropertyValue, 2.5f},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
+    const auto held = [](TonaroParameterID id, float asked, OSStatus status = noErr) {
         ToneUnit unit(48000.0);
-        EXPECT_EQ(AudioUnitSetParameter(&unit, row.id, kAudioUnitScope_Global, 0, row.asked, 0), row.status);
-        EXPECT_EQ(ValueOf(unit, row.id), row.held);
-    }
+        EXPECT_EQ(AudioUnitSetParameter(&unit, id, kAudioUnitScope_Global, 0, asked, 0), status);
+        return ValueOf(unit, id);
+    };
+    EXPECT_EQ(held(kParamWaveform, 2.9f), 2.0f) << "a waveform is whole";
+    EXPECT_EQ(held(kParamWaveform, 17.0f), 3.0f) << "past the last waveform";
+    EXPECT_EQ(held(kParamStartFrequency, 30000.0f), 24000.0f) << "above half the rate";
+    EXPECT_EQ(held(kParamEndFrequency, -1.0f), 0.01f) << "as low as it goes";
+    EXPECT_EQ(held(kParamUseEnd, 0.25f), 1.0f) << "any switch above 0 is on";
+    EXPECT_EQ(held(kParamUseEnd, 0.0f), 0.0f);
+    EXPECT_EQ(held(kParamLogSweep, -3.0f), 0.0f) << "a negative switch is off";
+    EXPECT_EQ(held(kParamGain, -kInfinity), -120.0f) << "minus infinity is silence";
+    EXPECT_EQ(held(kParamGain, 6.0f), 0.0f) << "no amplifying";
+    EXPECT_EQ(held(kParamLength, 86400.0f), 86399.9921875f) << "a day is too long";
+    EXPECT_EQ(held(kParamLength, kNaN, kAudioUnitErr_InvalidPropertyValue), 2.5f);
 }
 
 /// Hears all of a unit's value changes, and the two properties that an editor watches.
@@ -166,31 +157,25 @@ TEST(ToneUnit, AnswersAStatusToWrongQuestions)
     const auto setParameter = [&](AudioUnitParameterID id, AudioUnitElement element, AudioUnitScope scope) {
         return AudioUnitSetParameter(&unit, id, scope, element, 1.0f, 0);
     };
-    const struct {
-        const char* why;
-        OSStatus status;
-        OSStatus expected;
-    } kRows[] = {
-        {"rate needs 8", get(2, 7), kAudioUnitErr_InvalidPropertyValue},
-        {"info needs its record", get(4, sizeof(AudioUnitParameterInfo) - 1), kAudioUnitErr_InvalidPropertyValue},
-        {"strings need a pointer", get(16, 4), kAudioUnitErr_InvalidPropertyValue},
-        {"length needs 8", get(3020, 4), kAudioUnitErr_InvalidPropertyValue},
-        {"format needs 4", get(9000, 3), kAudioUnitErr_InvalidPropertyValue},
-        {"rate takes 8", set(2, 4), kAudioUnitErr_InvalidPropertyValue},
-        {"format takes 4", set(9000, 8), kAudioUnitErr_InvalidPropertyValue},
-        {"no such property", get(77, 256), kAudioUnitErr_InvalidProperty},
-        {"no such property to set", set(77, 4), kAudioUnitErr_InvalidProperty},
-        {"info is read only", set(4, sizeof(AudioUnitParameterInfo)), kAudioUnitErr_PropertyNotWritable},
-        {"gain has no names", get(16, 8, kParamGain), kAudioUnitErr_InvalidProperty},
-        {"no eighth parameter", get(4, 256, kParamCount), kAudioUnitErr_InvalidElement},
-        {"one element only", get(2, 8, 1), kAudioUnitErr_InvalidElement},
-        {"one scope only", get(2, 8, 0, 1), kAudioUnitErr_InvalidElement},
-        {"one element to set", set(2, 8, 1), kAudioUnitErr_InvalidElement},
-        {"parameter 7", setParameter(kParamCount, 0, 0), kAudioUnitErr_InvalidParameter},
-        {"parameter of an element", setParameter(kParamGain, 1, 0), kAudioUnitErr_InvalidElement},
-        {"parameter of a scope", setParameter(kParamGain, 0, 1), kAudioUnitErr_InvalidElement},
-    };
-    for (const auto& row : kRows) EXPECT_EQ(row.status, row.expected) << row.why;
+    EXPECT_EQ(get(2, 7), kAudioUnitErr_InvalidPropertyValue) << "rate needs 8";
+    EXPECT_EQ(get(4, sizeof(AudioUnitParameterInfo) - 1), kAudioUnitErr_InvalidPropertyValue)
+        << "info needs its record";
+    EXPECT_EQ(get(16, 4), kAudioUnitErr_InvalidPropertyValue) << "strings need a pointer";
+    EXPECT_EQ(get(3020, 4), kAudioUnitErr_InvalidPropertyValue) << "length needs 8";
+    EXPECT_EQ(get(9000, 3), kAudioUnitErr_InvalidPropertyValue) << "format needs 4";
+    EXPECT_EQ(set(2, 4), kAudioUnitErr_InvalidPropertyValue) << "rate takes 8";
+    EXPECT_EQ(set(9000, 8), kAudioUnitErr_InvalidPropertyValue) << "format takes 4";
+    EXPECT_EQ(get(77, 256), kAudioUnitErr_InvalidProperty) << "no such property";
+    EXPECT_EQ(set(77, 4), kAudioUnitErr_InvalidProperty) << "no such property to set";
+    EXPECT_EQ(set(4, sizeof(AudioUnitParameterInfo)), kAudioUnitErr_PropertyNotWritable) << "info is read only";
+    EXPECT_EQ(get(16, 8, kParamGain), kAudioUnitErr_InvalidProperty) << "gain has no names";
+    EXPECT_EQ(get(4, 256, kParamCount), kAudioUnitErr_InvalidElement) << "no eighth parameter";
+    EXPECT_EQ(get(2, 8, 1), kAudioUnitErr_InvalidElement) << "one element only";
+    EXPECT_EQ(get(2, 8, 0, 1), kAudioUnitErr_InvalidElement) << "one scope only";
+    EXPECT_EQ(set(2, 8, 1), kAudioUnitErr_InvalidElement) << "one element to set";
+    EXPECT_EQ(setParameter(kParamCount, 0, 0), kAudioUnitErr_InvalidParameter) << "parameter 7";
+    EXPECT_EQ(setParameter(kParamGain, 1, 0), kAudioUnitErr_InvalidElement) << "parameter of an element";
+    EXPECT_EQ(setParameter(kParamGain, 0, 1), kAudioUnitErr_InvalidElement) << "parameter of a scope";
 }
 
 TEST(ToneUnit, DescribesTheWaveformsToAnEditor)

@@ -147,13 +147,10 @@ TEST(ZeGainFader, IsExactlySilentAtItsFirstMinimum)
     fader->sliderInit();
     fader->setMinValue(-140);
     EXPECT_EQ(fader->minusInfinity(), -120);
-    const struct {
-        double decibels, ratio;
-    } kRows[] = {{-130, 0}, {-120, 0}, {-119, std::pow(10.0, -119 / 20.0)}, {0, 1}, {20, 10}};
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.decibels);
-        fader->setDoubleValue(row.decibels);
-        EXPECT_EQ(fader->gainRatio(), row.ratio);
+    for (const auto& [decibels, ratio] :
+         {std::pair(-130.0, 0.0), {-120, 0}, {-119, std::pow(10.0, -119 / 20.0)}, {0, 1}, {20, 10}}) {
+        fader->setDoubleValue(decibels);
+        EXPECT_EQ(fader->gainRatio(), ratio) << decibels;
     }
 }
 

@@ -90,32 +90,23 @@ protected:
 
 TEST_F(ZeSliderTest, KeysMoveByStepsAndToTheEnds)
 {
-    const struct {
-        const char* why;
-        unichar key;
-        bool command;
-        int value;
-    } kRows[] = {
-        {"up", NSUpArrowFunctionKey, false, 52},
-        {"down", NSDownArrowFunctionKey, false, 48},
-        {"left", NSLeftArrowFunctionKey, false, 48},
-        {"right", NSRightArrowFunctionKey, false, 52},
-        {"command up", NSUpArrowFunctionKey, true, 100},
-        {"command down", NSDownArrowFunctionKey, true, 0},
-        {"command left", NSLeftArrowFunctionKey, true, 0},
-        {"command right", NSRightArrowFunctionKey, true, 100},
-        {"home is the maximum", NSHomeFunctionKey, false, 100},
-        {"end is the minimum", NSEndFunctionKey, false, 0},
-        {"page up", NSPageUpFunctionKey, false, 60},
-        {"page down", NSPageDownFunctionKey, true, 40},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
+    const auto moved = [this](unichar key, std::uint32_t flags = 0) {
         slider->setDoubleValue(50);
         log().take();
-        const std::string log = press(row.key, row.command ? std::uint32_t{NSCommandKeyMask} : 0U);
-        EXPECT_EQ(log, "change action(" + std::to_string(row.value) + ") change");
-    }
+        return press(key, flags);
+    };
+    EXPECT_EQ(moved(NSUpArrowFunctionKey), "change action(52) change");
+    EXPECT_EQ(moved(NSDownArrowFunctionKey), "change action(48) change");
+    EXPECT_EQ(moved(NSLeftArrowFunctionKey), "change action(48) change");
+    EXPECT_EQ(moved(NSRightArrowFunctionKey), "change action(52) change");
+    EXPECT_EQ(moved(NSUpArrowFunctionKey, NSCommandKeyMask), "change action(100) change");
+    EXPECT_EQ(moved(NSDownArrowFunctionKey, NSCommandKeyMask), "change action(0) change");
+    EXPECT_EQ(moved(NSLeftArrowFunctionKey, NSCommandKeyMask), "change action(0) change");
+    EXPECT_EQ(moved(NSRightArrowFunctionKey, NSCommandKeyMask), "change action(100) change");
+    EXPECT_EQ(moved(NSHomeFunctionKey), "change action(100) change") << "the maximum";
+    EXPECT_EQ(moved(NSEndFunctionKey), "change action(0) change") << "the minimum";
+    EXPECT_EQ(moved(NSPageUpFunctionKey), "change action(60) change");
+    EXPECT_EQ(moved(NSPageDownFunctionKey, NSCommandKeyMask), "change action(40) change");
 }
 
 TEST_F(ZeVerticalSliderTest, LeftRaisesAndRightLowers)
@@ -230,31 +221,22 @@ TEST_F(ZeSliderTest, TheWheelMovesBySmallSteps)
 
 TEST_F(ZeSliderTest, ABoundSliderGivesTheClampedValueToTheModel)
 {
-    const struct {
-        const char* why;
-        const char* keyPath;
-        const char* key;
-        double value, stored;
-    } kRows[] = {
-        {"above the maximum", "level", "level", 170, 100},
-        {"below the minimum", "level", "level", -3, 0},
-        {"the prefix is dropped", "self.level", "level", 70, 70},
-        {"the prefix only counts in front", "my.self.level", "my.self.level", 70, 70},
-        {"dropped once", "self.self.level", "self.level", 70, 70},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
+    const auto stored = [this](const char* keyPath, double value, const char* key) {
         const auto model = make<NSMutableDictionary>();
-        const auto info = NSDictionary::dictionary(
-            {{NSString::string(NSObservedObjectKey).get(), model},
-             {NSString::string(NSObservedKeyPathKey).get(), NSString::string(row.keyPath).get()}});
+        const auto info =
+            NSDictionary::dictionary({{NSString::string(NSObservedObjectKey).get(), model},
+                                      {NSString::string(NSObservedKeyPathKey).get(), NSString::string(keyPath).get()}});
         slider->bindWithInfo(NSValueBinding, info);
-        slider->setBoundObjectValue(row.value);
-        const auto* stored = asKind<NSNumber>(model->objectForKey(row.key));
-        ASSERT_TRUE(stored);
-        EXPECT_EQ(stored->doubleValue(), row.stored);
+        slider->setBoundObjectValue(value);
         slider->unbind(NSValueBinding);
-    }
+        const auto* number = asKind<NSNumber>(model->objectForKey(key));
+        return number ? number->doubleValue() : kNaN;
+    };
+    EXPECT_EQ(stored("level", 170, "level"), 100);
+    EXPECT_EQ(stored("level", -3, "level"), 0);
+    EXPECT_EQ(stored("self.level", 70, "level"), 70) << "the prefix is dropped";
+    EXPECT_EQ(stored("my.self.level", 70, "my.self.level"), 70) << "it only counts in front";
+    EXPECT_EQ(stored("self.self.level", 70, "self.level"), 70) << "it is dropped once";
 }
 
 TEST_F(ZeSliderTest, ABoundSliderFollowsItsModelAndSendsTheAction)

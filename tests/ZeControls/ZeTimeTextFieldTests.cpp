@@ -200,39 +200,29 @@ TEST_F(ZeTimeTextFieldTest, EveryFormatShowsTheSameSamples)
 
 TEST_F(ZeTimeTextFieldTest, ArrowsStepByOneUnitOfTheFormat)
 {
-    static const struct {
-        const char* why;
-        int format;
-        const char* typed;
-        unichar key;
-        long long samples;
-        const char* log;
-        std::uint32_t flags = 0;
-    } kRows[] = {
-        {"a tenth of a second", 1, "", NSUpArrowFunctionKey, 124800, "action(124800)"},
-        {"and down", 1, "", NSDownArrowFunctionKey, 115200, "action(115200)"},
-        {"a sample", 0, "", NSUpArrowFunctionKey, 120001, "action(120001)"},
-        {"a frame, at the format's rate", 9, "", NSUpArrowFunctionKey, 121920, "action(121920)"},
-        {"frames at the sample rate", 3, "", NSUpArrowFunctionKey, 120001, "action(120001)"},
-        {"from what was typed", 0, "5", NSUpArrowFunctionKey, 6, "action(6)"},
-        {"not from refused text", 0, "5x", NSUpArrowFunctionKey, 120000, ""},
-        {"with Shift it selects", 0, "5", NSUpArrowFunctionKey, 120000, "", NSShiftKeyMask},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        NSLogSetSink([](std::string_view) {});
+    NSLogSetSink([](std::string_view) {});
+    const auto sent = [this](unsigned format, const char* typed, unichar key, std::uint32_t flags = 0) {
         field->abortEditing();
         rig.window()->makeFirstResponder(nullptr);
-        field->setFormat(static_cast<unsigned>(row.format));
+        field->setFormat(format);
         field->setFrameAndSampleRate(48000);
         field->setObjectValue(NSNumber::numberWithFloat(120000).get());
         focus();
-        rig.type(row.typed);
-        rig.key(row.key, row.flags);
-        EXPECT_EQ(samples(), row.samples);
-        EXPECT_EQ(log.take(), row.log);
-        EXPECT_EQ(allSelected(), *row.log != 0 || row.flags != 0);
-    }
+        rig.type(typed);
+        rig.key(key, flags);
+        const std::string actions = log.take();
+        EXPECT_EQ(allSelected(), !actions.empty() || flags != 0);
+        EXPECT_EQ(actions, samples() == 120000 ? "" : "action(" + std::to_string(samples()) + ")");
+        return actions;
+    };
+    EXPECT_EQ(sent(1, "", NSUpArrowFunctionKey), "action(124800)") << "a tenth of a second";
+    EXPECT_EQ(sent(1, "", NSDownArrowFunctionKey), "action(115200)");
+    EXPECT_EQ(sent(0, "", NSUpArrowFunctionKey), "action(120001)") << "a sample";
+    EXPECT_EQ(sent(9, "", NSUpArrowFunctionKey), "action(121920)") << "a frame, at the format's rate";
+    EXPECT_EQ(sent(3, "", NSUpArrowFunctionKey), "action(120001)") << "frames at the sample rate";
+    EXPECT_EQ(sent(0, "5", NSUpArrowFunctionKey), "action(6)") << "from what was typed";
+    EXPECT_EQ(sent(0, "5x", NSUpArrowFunctionKey), "") << "not from refused text";
+    EXPECT_EQ(sent(0, "5", NSUpArrowFunctionKey, NSShiftKeyMask), "") << "with Shift it selects";
 }
 
 TEST_F(ZeTimeTextFieldTest, StepsStopAtTheEnds)

@@ -230,15 +230,11 @@ TEST_F(X11Settings, CountAsLightWhereTheyCannotBeRead)
 
 TEST_F(X11Settings, GiveWayToTheEnvironment)
 {
-    Manager manager(person, Themed("Adwaita-dark").bytes());
-    const struct {
-        const char* setting;
-        NSAppearanceName appearance;
-    } kRows[] = {{"Adwaita:dark", kDark}, {"Adwaita", kLight}, {"", kDark}};
-    for (const auto& row : kRows) {
-        setenv("GTK_THEME", row.setting, 1);
+    const Manager manager(person, Themed("Adwaita-dark").bytes());
+    for (const auto& [theme, appearance] : {std::pair("Adwaita:dark", kDark), {"Adwaita", kLight}, {"", kDark}}) {
+        setenv("GTK_THEME", theme, 1);
         connectAgain();
-        EXPECT_EQ(display->appearance(), row.appearance) << row.setting;
+        EXPECT_EQ(display->appearance(), appearance) << theme;
     }
     unsetenv("GTK_THEME");
 }

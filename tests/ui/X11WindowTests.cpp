@@ -35,30 +35,21 @@ TEST_F(X11Windows, FollowASizeThatOthersGiveThem)
 
 TEST_F(X11Windows, TakeTheirScaleFromTheDesktop)
 {
-    const struct {
-        const char* why;
-        std::string resources;
-        double scale;
-    } kRows[] = {
-        {"no resources", "", 1},
-        {"half as much again", "Xft.antialias:\t1\nXft.dpi:\t144\nXft.hinting:\t1\n", 1.5},
-        {"to the nearest quarter", "Xft.dpi: 110", 1.25},
-        {"never below 1", "Xft.dpi:\t48\n", 1},
-        {"never above 4", "Xft.dpi:\t9600\n", 4},
-        {"another key that ends so", "notXft.dpi:\t192\n", 1},
-        {"no number", "Xft.dpi:\tmany\n", 1},
-        {"nothing after the key", "Xft.dpi:", 1},
-        {"not a number", "Xft.dpi:\tnan\n", 1},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        setResources(row.resources);
+    const auto scale = [this](const std::string& resources) {
+        setResources(resources);
         NSBackendWindowOptions options;
         options.contentSize = {20, 10};
         const auto window = display->makeWindow(client, options);
-        EXPECT_EQ(window->backingScale(), row.scale);
-        EXPECT_EQ(person.frame(XWindowOf(*window)).size, NSPixelSize({20, 10}, row.scale));
-    }
+        EXPECT_EQ(person.frame(XWindowOf(*window)).size, NSPixelSize({20, 10}, window->backingScale()));
+        return window->backingScale();
+    };
+    EXPECT_EQ(scale(""), 1);
+    EXPECT_EQ(scale("Xft.antialias:\t1\nXft.dpi:\t144\nXft.hinting:\t1\n"), 1.5);
+    EXPECT_EQ(scale("Xft.dpi: 110"), 1.25) << "to the nearest quarter";
+    EXPECT_EQ(scale("Xft.dpi:\t48\n"), 1) << "never below";
+    EXPECT_EQ(scale("Xft.dpi:\t9600\n"), 4) << "never above";
+    EXPECT_EQ(scale("notXft.dpi:\t192\n"), 1) << "another key that ends so";
+    for (const char* noNumber : {"Xft.dpi:\tmany\n", "Xft.dpi:", "Xft.dpi:\tnan\n"}) EXPECT_EQ(scale(noNumber), 1);
 }
 
 TEST_F(X11Windows, FollowTheDesktopsScale)

@@ -41,9 +41,7 @@ Outcome Zepos(const std::string& arguments, const std::string& input = "")
 
 TEST(Zepos, ConvertsOperands)
 {
-    static const struct {
-        const char *arguments, *out;
-    } kRows[] = {
+    static const std::pair<const char*, const char*> kRows[] = {
         {"--rate 44100 --to smpte-drop 1800000", "00:00:40;23\n"},
         {"--to smpte-drop --rate 44100 1800000 0", "00:00:40;23\n00:00:00;00\n"},
         {"--from smpte-ebu --rate 48000 00:00:01:00", "48000\n"},
@@ -65,10 +63,10 @@ TEST(Zepos, ConvertsOperands)
         {"--locale fr_FR --from frames-metric --frame-rate 10 --rate 10 '1\u202F234,5'", "1234\n"},
         {"--to smpte-nondrop-30 --ticks-for 300000", "441000 coarse 10\n"},
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.arguments);
-        const Outcome outcome = Zepos(row.arguments);
-        EXPECT_EQ(outcome.out, row.out);
+    for (const auto& [arguments, said] : kRows) {
+        SCOPED_TRACE(arguments);
+        const Outcome outcome = Zepos(arguments);
+        EXPECT_EQ(outcome.out, said);
         EXPECT_EQ(outcome.error, "");
         EXPECT_EQ(outcome.status, 0);
     }
@@ -119,25 +117,19 @@ TEST(Zepos, RefusesALineThatHasNoEnd)
 
 TEST(Zepos, SaysWhatItCanNotDo)
 {
-    static const struct {
-        const char *arguments, *error;
-    } kRows[] = {
-        {"--to time 5 > /dev/full", "zepos: standard output: No space left on device\n"},
-        {"--ticks-for 1.7e308", "zepos: --ticks-for: this step has too many samples\n"},
-        {"--to time < /", "zepos: standard input: Is a directory\n"},
+    const auto error = [](const char* arguments) {
+        const Outcome outcome = Zepos(arguments);
+        EXPECT_EQ(outcome.status, 1) << arguments;
+        return outcome.error;
     };
-    for (const auto& row : kRows) {
-        const Outcome outcome = Zepos(row.arguments);
-        EXPECT_EQ(outcome.error, row.error);
-        EXPECT_EQ(outcome.status, 1);
-    }
+    EXPECT_EQ(error("--to time 5 > /dev/full"), "zepos: standard output: No space left on device\n");
+    EXPECT_EQ(error("--ticks-for 1.7e308"), "zepos: --ticks-for: this step has too many samples\n");
+    EXPECT_EQ(error("--to time < /"), "zepos: standard input: Is a directory\n");
 }
 
 TEST(Zepos, RefusesAWrongCommandLine)
 {
-    static const struct {
-        const char *arguments, *said;
-    } kRows[] = {
+    static const std::pair<const char*, const char*> kRows[] = {
         {"--bogus", "bogus"},
         {"--to smpte-29 1", "--to: “smpte-29” is not a format; see --list-formats"},
         {"--rate 0 1", "--rate: “0” is not a whole number from 1 to 4294967295"},
@@ -150,10 +142,10 @@ TEST(Zepos, RefusesAWrongCommandLine)
         {"--ticks-for 100 1", "--ticks-for takes no positions"},
         {"--list-formats 1", "--list-formats takes no positions"},
     };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.arguments);
-        const Outcome outcome = Zepos(row.arguments);
-        EXPECT_NE(outcome.error.find(row.said), std::string::npos) << outcome.error;
+    for (const auto& [arguments, said] : kRows) {
+        SCOPED_TRACE(arguments);
+        const Outcome outcome = Zepos(arguments);
+        EXPECT_NE(outcome.error.find(said), std::string::npos) << outcome.error;
         EXPECT_NE(outcome.error.find("Try 'zepos --help'."), std::string::npos);
         EXPECT_EQ(outcome.out, "");
         EXPECT_EQ(outcome.status, 2);
