@@ -1,5 +1,7 @@
 #include "AudioUnit/AUEventListener.h"
 
+#include "Support/Script.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -109,9 +111,47 @@ struct Listener {
 
 constexpr const char* kView = "view";
 constexpr const char* kOther = "other";
+constexpr const char* kNobody = "nobody"; // is registered nowhere
 
-struct AUEventListenerTest : testing::Test {
-    AUEventListenerTest() { unit.log = &log; }
+/// A unit and who listens to it. In scripts "listen:1@view" registers the object "view" for values of parameter 1,
+/// "second:1@view" that of a second listener; "set:1=5@view" sets a value as that object, "tell:2" tells that a
+/// property has changed, and "wait:0.04" notes a bar behind what was heard meanwhile.
+struct Rig {
+    Rig()
+    {
+        unit.log = &log;
+        script.verbs = {
+            {"listen", [this](const Step& step) { listener.addValue(objectOf(step), &unit, idOf(step)); }},
+            {"second", [this](const Step& step) { second.addValue(objectOf(step), &unit, idOf(step)); }},
+            {"gestures", [this](const Step& step) { listener.addGestures(objectOf(step), &unit, idOf(step)); }},
+            {"properties", [this](const Step& step) { listener.add(kView, PropertyEvent(&unit, idOf(step))); }},
+            {"tell", [this](const Step& step) { notify(PropertyEvent(&unit, idOf(step))); }},
+            {"tellOfAnother", [this](const Step& step) { notify(PropertyEvent(&another, idOf(step))); }},
+            {"begin", [this](const Step& step) { gesture(idOf(step), true); }},
+            {"end", [this](const Step& step) { gesture(idOf(step), false); }},
+            {"set", [this](const Step& step) { setAs(objectOf(step), idOf(step), step.numbers().at(1)); }},
+            {"wait", [this](const Step& step) { run(step.number()), log += "| "; }},
+            {"busy", [this](const Step&) { log += AUEventListenersArePending() ? "busy " : "idle "; }},
+            {"|", [this](const Step&) { log += "| "; }},
+        };
+    }
+    static AudioUnitParameterID idOf(const Step& step) { return static_cast<AudioUnitParameterID>(step.number()); }
+    static const char* objectOf(const Step& step)
+    {
+        for (const char* object : {kView, kOther, kNobody})
+            if (step.what.ends_with(object)) return object;
+        return nullptr;
+    }
+    void setAs(const char* object, AudioUnitParameterID id, double value)
+    {
+        set(id, static_cast<float>(value), object ? listener.ref : nullptr, object);
+    }
+    /// Does the steps. @return what was heard
+    std::string play(std::string_view steps)
+    {
+        script.play(steps);
+        return takeLog();
+    }
 
     void set(AudioUnitParameterID id, float value, AUEventListenerRef from = nullptr, const char* object = nullptr)
     {
@@ -146,34 +186,43 @@ struct AUEventListenerTest : testing::Test {
 
     CFManualClock clock;
     std::string log;
-    Unit unit;
-    Listener listener{log};
+    Unit unit, another;
+    Listener listener{log}, second{log};
+    Script script;
 };
 
-TEST_F(AUEventListenerTest, PromptAfterQuietThenOncePerInterval)
+struct AUEventListenerTest : testing::Test, Rig {};
+
+TEST(AUEventListener, TellsEachListenerWhatItAskedFor)
 {
-    listener.addValue(kView, &unit, 1);
-    listener.addValue(kView, &unit, 2);
-    set(1, 1);
-    EXPECT_EQ(takeLog(), "") << "never from inside the post";
-    EXPECT_EQ(logOf(0.0), "view:set1=1 ");
-    set(1, 2);
-    set(2, 7);
-    set(1, 3);
-    EXPECT_EQ(logOf(0.04), "");
-    set(1, 4);
-    EXPECT_EQ(logOf(0.02), "view:set1=4 view:set2=7 ");
-    EXPECT_FALSE(AUEventListenersArePending());
-    EXPECT_EQ(logOf(1.0), "");
-    set(1, 5);
-    EXPECT_EQ(logOf(0.0), "view:set1=5 ");
+    ExpectLogs<Rig>({
+        {"promptly after quiet, never from inside the post; then once per interval",
+         "listen:1@view listen:2@view set:1=1 | wait:0 set:1=2 set:2=7 set:1=3 wait:0.04 set:1=4 wait:0.02 busy wait:1 "
+         "set:1=5 wait:0",
+         "| view:set1=1 | | view:set1=4 view:set2=7 | idle | view:set1=5 | "},
+        {"the value that the unit holds", "listen:1@view set:1=1000 wait:1", "view:set1=100 | "},
+        {"not the pair that sends", "listen:1@view listen:1@other second:1@view set:1=1@view wait:1",
+         "other:set1=1 view:set1=1 | "},
+        {"all, each once, where the sender is registered nowhere",
+         "listen:1@view listen:1@view listen:1@other second:1@view set:1=2@nobody wait:1",
+         "view:set1=2 other:set1=2 view:set1=2 | "},
+        {"not the newest sender", "listen:1@view listen:1@other set:1=1@view set:1=2@other wait:1", "view:set1=2 | "},
+        {"the other, if the newest is the first", "listen:1@view listen:1@other set:1=3 set:1=4@view wait:1",
+         "other:set1=4 | "},
+        {"the unit at once; values apart by gestures where those are registered",
+         "second:1@other listen:1@view listen:2@view gestures:1@view "
+         "set:1=1 begin:1 set:1=2 set:2=9 set:1=3 end:1 begin:1 end:1 set:1=4 | wait:1",
+         "unit:begin1 unit:end1 unit:begin1 unit:end1 | view:set1=1 view:begin1 view:set1=3 view:set2=9 view:end1 "
+         "view:begin1 view:end1 view:set1=4 other:set1=4 | "},
+        {"of each property once, and only those of the unit",
+         "properties:2 properties:3020 tell:3020 tell:2 tell:2 tell:3020 tell:4 tellOfAnother:2 wait:1",
+         "view:property3020 view:property2 | "},
+    });
 }
 
 TEST_F(AUEventListenerTest, ValuesAreThoseTheUnitHolds)
 {
     listener.addValue(kView, &unit, 1);
-    set(1, 1000);
-    EXPECT_EQ(logOf(1.0), "view:set1=100 ");
     const AudioUnitParameter parameter{&unit, 1, kAudioUnitScope_Global, 0};
     EXPECT_EQ(AUParameterSet(nullptr, nullptr, &parameter, std::nanf(""), 0), kAudioUnitErr_InvalidPropertyValue);
     EXPECT_EQ(logOf(1.0), "") << "a refused value is not told";
@@ -196,95 +245,28 @@ TEST_F(AUEventListenerTest, AValueOvertakenByANewerOneIsDropped)
     EXPECT_EQ(logOf(1.0), "view:set1=4 ") << "also after the newer one went out";
 }
 
-TEST_F(AUEventListenerTest, OnlyTheSendingPairIsLeftOut)
-{
-    Listener second(log);
-    listener.addValue(kView, &unit, 1);
-    listener.addValue(kView, &unit, 1); // counts once
-    listener.addValue(kOther, &unit, 1);
-    second.addValue(kView, &unit, 1);
-    EXPECT_EQ(AUEventListenerCountEventTypes(listener.ref), 2u);
-    set(1, 1, listener.ref, kView);
-    EXPECT_EQ(logOf(1.0), "other:set1=1 view:set1=1 ");
-    set(1, 2, listener.ref, "a control that is registered nowhere");
-    EXPECT_EQ(logOf(1.0), "view:set1=2 other:set1=2 view:set1=2 ");
-}
-
-TEST_F(AUEventListenerTest, TheNewestSenderIsLeftOut)
-{
-    listener.addValue(kView, &unit, 1);
-    listener.addValue(kOther, &unit, 1);
-    set(1, 1, listener.ref, kView);
-    set(1, 2, listener.ref, kOther);
-    EXPECT_EQ(logOf(1.0), "view:set1=2 ") << "the other one set it itself";
-    set(1, 3);
-    set(1, 4, listener.ref, kView);
-    EXPECT_EQ(logOf(1.0), "other:set1=4 ");
-}
-
-TEST_F(AUEventListenerTest, GesturesKeepValuesApartWhereTheyAreRegistered)
-{
-    Listener valuesOnly(log);
-    valuesOnly.addValue(kOther, &unit, 1);
-    listener.addValue(kView, &unit, 1);
-    listener.addValue(kView, &unit, 2);
-    listener.addGestures(kView, &unit, 1);
-    set(1, 1);
-    gesture(1, true);
-    set(1, 2);
-    set(2, 9);
-    set(1, 3);
-    gesture(1, false);
-    gesture(1, true);
-    gesture(1, false);
-    set(1, 4);
-    EXPECT_EQ(takeLog(), "unit:begin1 unit:end1 unit:begin1 unit:end1 ") << "the unit hears at once";
-    EXPECT_EQ(logOf(1.0), "view:set1=1 view:begin1 view:set1=3 view:set2=9 view:end1 view:begin1 view:end1 view:set1=4 "
-                          "other:set1=4 ");
-}
-
 TEST_F(AUEventListenerTest, WhatAUnitTellsAtTheEndOfAGestureIsNoPartOfIt)
 {
-    listener.addValue(kView, &unit, 1);
-    listener.addGestures(kView, &unit, 1);
     unit.atEnd = [this] { set(1, 7); }; // automation that waited for the hand to go
-    edit(1, 5);
-    takeLog();
-    EXPECT_EQ(logOf(1.0), "view:begin1 view:set1=5 view:end1 view:set1=7 ");
-}
-
-TEST_F(AUEventListenerTest, PropertyChangesOfOnePropertyMerge)
-{
-    Unit stranger;
-    listener.add(kView, PropertyEvent(&unit, 2));
-    listener.add(kView, PropertyEvent(&unit, 3020));
-    for (const AudioUnitPropertyID id : {3020u, 2u, 2u, 3020u, 4u}) notify(PropertyEvent(&unit, id));
-    notify(PropertyEvent(&stranger, 2));
-    EXPECT_EQ(logOf(1.0), "view:property3020 view:property2 ");
+    EXPECT_EQ(play("listen:1@view gestures:1@view begin:1 set:1=5 end:1 | wait:1"),
+              "unit:begin1 unit:end1 | view:begin1 view:set1=5 view:end1 view:set1=7 | ");
 }
 
 TEST_F(AUEventListenerTest, WhatACallbackPostsWaitsForTheNextRound)
 {
-    listener.addValue(kView, &unit, 1);
     listener.then = [this](float value) {
         if (value < 3) set(1, value + 1);
     };
-    set(1, 1);
-    EXPECT_EQ(logOf(0.04), "view:set1=1 ");
-    EXPECT_EQ(logOf(0.05), "view:set1=2 ");
-    EXPECT_EQ(logOf(1.0), "view:set1=3 ");
+    EXPECT_EQ(play("listen:1@view set:1=1 wait:0.04 wait:0.05 wait:1"), "view:set1=1 | view:set1=2 | view:set1=3 | ");
 }
 
 TEST_F(AUEventListenerTest, ACallbackThatThrowsDelaysTheRest)
 {
-    for (const char* object : {kView, kOther}) listener.addValue(object, &unit, 1);
-    listener.addValue(kView, &unit, 2);
     listener.then = [this](float) {
         listener.then = nullptr;
         throw std::runtime_error("callback");
     };
-    set(1, 1);
-    set(2, 2);
+    script.play("listen:1@view listen:1@other listen:2@view set:1=1 set:2=2");
     EXPECT_THROW(run(0.0), std::runtime_error);
     EXPECT_TRUE(AUEventListenersArePending());
     EXPECT_EQ(takeLog(), "view:set1=1 ");
@@ -294,15 +276,10 @@ TEST_F(AUEventListenerTest, ACallbackThatThrowsDelaysTheRest)
 
 TEST_F(AUEventListenerTest, ADisposedListenerIsNeverCalled)
 {
-    listener.addValue(kView, &unit, 1);
-    listener.addValue(kOther, &unit, 1);
-    set(1, 1);
     listener.then = [this](float) { listener.dispose(); };
-    EXPECT_EQ(logOf(1.0), "view:set1=1 ") << "disposed in its own callback";
+    EXPECT_EQ(play("listen:1@view listen:1@other set:1=1 wait:1"), "view:set1=1 | ") << "disposed in its own callback";
 
-    Listener second(log);
-    second.addValue(kView, &unit, 1);
-    set(1, 2);
+    script.play("second:1@view set:1=2");
     const AUEventListenerRef ref = second.ref;
     second.dispose(); // with an event pending
     EXPECT_FALSE(AUEventListenersArePending());
@@ -314,12 +291,8 @@ TEST_F(AUEventListenerTest, ADisposedListenerIsNeverCalled)
 
 TEST_F(AUEventListenerTest, AListenerMayEndAnotherInItsCallback)
 {
-    Listener second(log);
-    listener.addValue(kView, &unit, 1);
-    second.addValue(kOther, &unit, 1);
     listener.then = [&](float) { second.dispose(); };
-    set(1, 1);
-    EXPECT_EQ(logOf(1.0), "view:set1=1 ");
+    EXPECT_EQ(play("listen:1@view second:1@other set:1=1 wait:1"), "view:set1=1 | ");
 }
 
 TEST_F(AUEventListenerTest, PendingEventsOutliveTheirUnit)
