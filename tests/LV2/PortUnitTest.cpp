@@ -147,6 +147,8 @@ TEST(PortUnit, KnowsTheEchoesOfItsOwnWrites)
         {"some, and another of the host's", "report:1=1000 report:1=2000 report:1=500", "heard:1=500 | | held:1=500 "},
         {"one of the host's that comes before the echoes",
          "report:1=500 report:1=1000 report:1=2000 report:1=1000 report:1=3000", "heard:1=3000 | | held:1=3000 "},
+        {"the last, and one of the host's that equals a write before it", "report:1=3000 report:1=2000",
+         "heard:1=2000 | | held:1=2000 "},
         {"one of the host's that a write happens to equal", "report:1=2000", "| heard:1=2000 | held:1=2000 "},
     };
     for (const auto& row : kRows) {
