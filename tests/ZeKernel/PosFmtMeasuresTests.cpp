@@ -2,28 +2,21 @@
 
 TEST(AsciiToMeasures, ReadsFields)
 {
-    static const struct {
-        ZeString text;
-        bool accepted;
-        unsigned measures;
-        double beats;
-    } kRows[] = {
-        {L"7x", false, 7, 0},
-        {L"7:", true, 7, 0},
-        {L"1:2.3", true, 1, 2.75},
-        {L"1:2.1x", true, 1, 2.1},
-        {L":5", true, 0, 5},
-        {L"4294967297:1", true, 1, 1},
-        {L"5:" + ZeString(80, L'1'), true, 5, 0},
-    };
-    for (const auto& row : kRows) {
+    const auto check = [](const ZeString& text, bool accepted, unsigned measures, double beats) {
         _measureval m{};
         m.measures = 99;
         m.beats = 99;
-        EXPECT_EQ(AsciiToMeasures(row.text, &m, L'.', L','), row.accepted) << row.text;
-        EXPECT_EQ(m.measures, row.measures) << row.text;
-        EXPECT_NEAR(m.beats, row.beats, 1e-10) << row.text;
-    }
+        EXPECT_EQ(AsciiToMeasures(text, &m, L'.', L','), accepted) << text;
+        EXPECT_EQ(m.measures, measures) << text;
+        EXPECT_NEAR(m.beats, beats, 1e-10) << text;
+    };
+    check(L"7x", false, 7, 0);
+    check(L"7:", true, 7, 0);
+    check(L"1:2.3", true, 1, 2.75);
+    check(L"1:2.1x", true, 1, 2.1);
+    check(L":5", true, 0, 5);
+    check(L"4294967297:1", true, 1, 1);
+    check(L"5:" + ZeString(80, L'1'), true, 5, 0);
 }
 
 TEST(Measures, ConvertPositions)

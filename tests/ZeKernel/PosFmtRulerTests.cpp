@@ -74,6 +74,7 @@ TEST(NiceTick, StepsThroughHoursMinutesSecondsAndMilliseconds)
                                    {2 * kMinute, "coarse 5760000 in 2"},
                                    {41 * kSecond, "coarse 2880000 in 1"},
                                    {26 * kSecond, "coarse 1440000 in 30"},
+                                   {1.25 * kSecond, "coarse 96000 in 2"},
                                    {1.24 * kSecond, "fine 48000 in 1"},
                                    {0.61 * kSecond, "fine 48000 in 1"},
                                    {0.3 * kSecond, "fine 24000 in 10"},

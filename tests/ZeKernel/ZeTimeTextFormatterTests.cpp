@@ -46,22 +46,17 @@ protected:
 
 TEST_F(ZeTimeTextFormatterTest, ReadsLegalTextWhateverItSays)
 {
-    static const struct {
-        int format;
-        std::string text;
-        long long position;
-    } kRows[] = {
-        {QVPOSFMT_TIME, "12:34", 754 * 48000}, {QVPOSFMT_TIME, "", 0},       {QVPOSFMT_TIME, ":::::::", 0},
-        {QVPOSFMT_SAMPLES, "120,000", 120000}, {QVPOSFMT_SAMPLES, "1:2", 0}, {QVPOSFMT_RESERVED_11, "12", 0},
-    };
-    for (const auto& row : kRows) {
-        formatter->setFormat(row.format);
-        EXPECT_EQ(read(row.text), row.position) << row.format << ' ' << row.text;
-    }
-    for (int format = -1; format <= 21; ++format) {
+    const auto position = [this](int format, const std::string& text) {
         formatter->setFormat(format);
-        read(std::string(200, '9'));
-    }
+        return read(text);
+    };
+    EXPECT_EQ(position(QVPOSFMT_TIME, "12:34"), 754 * 48000);
+    EXPECT_EQ(position(QVPOSFMT_TIME, ""), 0);
+    EXPECT_EQ(position(QVPOSFMT_TIME, ":::::::"), 0);
+    EXPECT_EQ(position(QVPOSFMT_SAMPLES, "120,000"), 120000);
+    EXPECT_EQ(position(QVPOSFMT_SAMPLES, "1:2"), 0);
+    EXPECT_EQ(position(QVPOSFMT_RESERVED_11, "12"), 0);
+    for (int format = -1; format <= 21; ++format) position(format, std::string(200, '9'));
     EXPECT_EQ(log, "");
 }
 
