@@ -123,46 +123,42 @@ TEST(ZeRect, Adjusts)
 
 TEST(ZeRect, TellsWhatTwoHaveInCommon)
 {
-    static const struct {
-        const char* why;
-        ZeRect a, b;
-        Numbers common;
-    } kRows[] = {
-        {"overlap", {0, 0, 10, 10}, {6, -2, 10, 5}, {6, 0, 4, 3}},
-        {"one within the other", {0, 0, 10, 10}, {2, 3, 4, 5}, {2, 3, 4, 5}},
-        {"an edge", {0, 0, 10, 10}, {10, 2, 10, 10}, {10, 2, 0, 8}},
-        {"a corner", {0, 0, 10, 10}, {10, 10, 10, 10}, {10, 10, 0, 0}},
-        {"one without extent", {0, 0, 10, 10}, {4, 5, 0, 2}, {4, 5, 0, 2}},
-        {"nothing with nothing", CGRectNull, CGRectNull, {kInfinity, kInfinity, 0, 0}},
-        {"apart", {0, 0, 10, 10}, {0, 11, 10, 10}, {kInfinity, kInfinity, 0, 0}},
-        {"an extent counts from its other end", {10, 10, -10, -10}, {6, 8, 10, 10}, {6, 8, 4, 2}},
-        {"not a number", {0, 0, 10, 10}, {kNaN, 0.0, 10.0, 10.0}, {kInfinity, kInfinity, 0, 0}},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
-        for (const auto& [a, b] : {std::pair(row.a, row.b), std::pair(row.b, row.a)}) {
-            ZeRect common = a;
-            EXPECT_EQ(a.Intersects(b, nullptr), row.common.x != kInfinity);
-            EXPECT_EQ(common.Intersects(b, &common), row.common.x != kInfinity);
-            expectRect(common, row.common);
+    const auto check = [](const char* why, const ZeRect& first, const ZeRect& second, const Numbers& common) {
+        SCOPED_TRACE(why);
+        for (const auto& [a, b] : {std::pair(first, second), std::pair(second, first)}) {
+            ZeRect found = a;
+            EXPECT_EQ(a.Intersects(b, nullptr), common.x != kInfinity);
+            EXPECT_EQ(found.Intersects(b, &found), common.x != kInfinity);
+            expectRect(found, common);
         }
-    }
+    };
+    constexpr Numbers nothing{kInfinity, kInfinity, 0, 0};
+    const ZeRect square(10, 10);
+    check("overlap", square, {6, -2, 10, 5}, {6, 0, 4, 3});
+    check("one within the other", square, {2, 3, 4, 5}, {2, 3, 4, 5});
+    check("an edge", square, {10, 2, 10, 10}, {10, 2, 0, 8});
+    check("a corner", square, {10, 10, 10, 10}, {10, 10, 0, 0});
+    check("one without extent", square, {4, 5, 0, 2}, {4, 5, 0, 2});
+    check("nothing with nothing", CGRectNull, CGRectNull, nothing);
+    check("apart", square, {0, 11, 10, 10}, nothing);
+    check("an extent counts from its other end", {10, 10, -10, -10}, {6, 8, 10, 10}, {6, 8, 4, 2});
+    check("not a number", square, {kNaN, 0.0, 10.0, 10.0}, nothing);
 }
 
 TEST(ZeRect, SurroundsTwo)
 {
-    const auto check = [](const ZeRect& a, const ZeRect& b, const Numbers& both, bool hasExtent = true) {
-        SCOPED_TRACE(testing::Message() << "to " << both.x << ',' << both.y);
+    const auto check = [](const char* why, const ZeRect& a, const ZeRect& b, const Numbers& both, bool hasExtent) {
+        SCOPED_TRACE(why);
         ZeRect rect = b;
         EXPECT_EQ(a.SuperRect(b, nullptr), hasExtent);
         EXPECT_EQ(a.SuperRect(rect, &rect), hasExtent);
         expectRect(rect, both);
     };
-    check({10, 10, 10, 10}, {0, 0, 5, 5}, {0, 0, 20, 20});
-    check({0, 0, 0, 5}, {3, 3, 2, 2}, {3, 3, 2, 2}); // no width
-    check({3, 3, 2, 2}, {0, 0, 5, 0}, {3, 3, 2, 2}); // no height
-    check({1, 2, 0, 5}, {3, 3, 2, 0}, {1, 2, 0, 5}, false);
-    check({10, 0, -5, 1}, {10, 0, -10, 1}, {10, 0, -5, 1}); // negative extents stay
+    check("two", {10, 10, 10, 10}, {0, 0, 5, 5}, {0, 0, 20, 20}, true);
+    check("the first has no width", {0, 0, 0, 5}, {3, 3, 2, 2}, {3, 3, 2, 2}, true);
+    check("the second has no height", {3, 3, 2, 2}, {0, 0, 5, 0}, {3, 3, 2, 2}, true);
+    check("neither counts", {1, 2, 0, 5}, {3, 3, 2, 0}, {1, 2, 0, 5}, false);
+    check("negative extents stay", {10, 0, -5, 1}, {10, 0, -10, 1}, {10, 0, -5, 1}, true);
 }
 
 TEST(ZeRect, HalvesIntoTriangles)
