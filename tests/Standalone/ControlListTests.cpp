@@ -58,7 +58,8 @@ TEST(ControlList, StandsInTabOrderWhereAPersonSeesTheControls)
 
 TEST(ControlList, TellsWhatTheControlsShow)
 {
-    const ListedEditor editor(optionsWith({{"waveform", "2"}, {"start-frequency", "1000.5"}, {"gain", "-inf"}}));
+    const ListedEditor editor(
+        optionsWith({{"waveform", "2"}, {"use-end", "0"}, {"start-frequency", "1000.5"}, {"gain", "-inf"}}));
     const Json& waveform = editor["mWaveformPopup"];
     EXPECT_EQ(waveform.at("value"), 2);
     EXPECT_EQ(waveform.at("text"), "Square");
@@ -77,11 +78,6 @@ TEST(ControlList, TellsWhatTheControlsShow)
     EXPECT_EQ(editor["mLengthStepper"].at("value"), 2.5);
     EXPECT_EQ(editor[""].at("text"), "Time (hh:mm:ss.ms)") << "the format, which the editor itself knows nothing of";
     EXPECT_EQ(editor.list.back().at("action"), "onHelp:");
-}
-
-TEST(ControlList, ListsWhatIsDisabledToo)
-{
-    const ListedEditor editor(optionsWith({{"use-end", "0"}}));
     for (const char* outlet : {"mEndFrequencySlider", "mEndFrequencyText", "mLogSweepCheckbox"})
         EXPECT_EQ(editor[outlet].at("enabled"), false) << outlet;
     EXPECT_EQ(editor["mGainSlider"].at("enabled"), true);
