@@ -20,8 +20,9 @@ std::array<Pixel, kShades> ShadesOf(NSAppearanceColorName name)
     std::array<Pixel, kShades> shades{};
     for (std::size_t i = 0; i < kShades; ++i) {
         const CGFloat alpha = components[3] * static_cast<CGFloat>(i);
-        for (std::size_t k = 0; k < 3; ++k) shades[i][k] = static_cast<std::uint8_t>(components[k] * alpha + 0.5);
-        shades[i][3] = static_cast<std::uint8_t>(alpha + 0.5);
+        for (std::size_t k = 0; k < 3; ++k)
+            shades[i][k] = static_cast<std::uint8_t>(std::lround(components[k] * alpha));
+        shades[i][3] = static_cast<std::uint8_t>(std::lround(alpha));
     }
     return shades;
 }
@@ -41,7 +42,10 @@ public:
         for (auto row = static_cast<std::size_t>(top); static_cast<CGFloat>(row) < bottom; ++row) {
             const auto above = static_cast<CGFloat>(row);
             const CGFloat covered = std::min(bottom, above + 1) - std::max(top, above);
-            mPixels[row * mColumns + column] = mShades[static_cast<std::size_t>(covered * (kShades - 1) + 0.5)];
+            // nearly all rows are covered as a whole, and rounding is a call
+            const auto shade =
+                covered < 1 ? static_cast<std::size_t>(std::lround(covered * (kShades - 1))) : kShades - 1;
+            mPixels[row * mColumns + column] = mShades[shade];
         }
     }
 
