@@ -281,6 +281,7 @@ TEST_F(AUEventListenerTest, ADisposedListenerIsNeverCalled)
 
     script.play("second:1@view set:1=2");
     const AUEventListenerRef ref = second.ref;
+    EXPECT_EQ(AUEventListenerCountEventTypes(ref), 1u);
     second.dispose(); // with an event pending
     EXPECT_FALSE(AUEventListenersArePending());
     EXPECT_EQ(logOf(1.0), "");
