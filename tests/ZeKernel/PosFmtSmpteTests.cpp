@@ -113,41 +113,32 @@ TEST(SMPTE, FramesSurviveTheWayThroughPositions)
 
 TEST(AsciiToSMPTE, ReadsFields)
 {
-    static const struct {
-        const char* why;
-        const wchar_t* text;
-        const wchar_t* group;
-        bool whole;
-        const char* label;
-    } kRows[] = {
-        {"the last field is the frames", L"5", L",", true, "0:0:0:5"},
-        {"fields are aligned to the right", L"12:05", L",", true, "0:0:12:5"},
-        {"every field", L"1:00:00:00", L",", true, "1:0:0:0"},
-        {"every separator", L"01:02.03;04", L",", true, "1:2:3:4"},
-        {"frames carry at 25", L"1:2:3:30", L",", true, "1:2:4:5"},
-        {"so do the other fields", L"0:59:59:25", L",", true, "1:0:0:0"},
-        {"hours wrap", L"99:00:00:00", L",", true, "3:0:0:0"},
-        {"a foreign character ends it", L"1:2x", L",", false, "0:0:1:2"},
-        {"without separators it is one", L"12a", L",", true, "0:0:12:0"},
-        {"even a blank", L"1 2 3 4", L",", true, "1:2:3:4"},
-        {"but not blanks around", L" \t7 ", L",", true, "0:0:0:7"},
-        {"blanks around fields", L" 1 : 2 :3: 4 ", L",", true, "1:2:3:4"},
-        {"an empty field is 0", L"12:", L",", true, "0:0:12:0"},
-        {"a fifth field", L"1:2:3:4:5", L",", false, "1:2:3:4"},
-        {"grouping separates where nothing else does", L"1,000", L",", true, "0:0:1:0"},
-        {"grouping is skipped elsewhere", L"00:1,000", L",", true, "0:0:40:0"},
-        {"a grouping digit", L"01:02:03:14", L"1", true, "0:2:3:4"},
-        {"grouping outside ASCII", L"0:1\u202f000", L"\u202f", true, "0:0:40:0"},
-        {"nothing", L"", L",", true, "0:0:0:0"},
-        {"digits wrap at 32 bits", L":4294967297", L",", true, "0:0:0:1"},
-    };
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.why);
+    const auto fields = [](const wchar_t* text, const wchar_t* group = L",") {
         _smpteval t{42, 9, 9, 9, 9};
-        EXPECT_EQ(AsciiToSMPTE(row.text, &t, 25, row.group), row.whole);
-        EXPECT_EQ(LabelOf(t), row.label);
+        const bool whole = AsciiToSMPTE(text, &t, 25, group);
         EXPECT_EQ(t.type, 42u);
-    }
+        return (whole ? "" : "refused ") + LabelOf(t);
+    };
+    EXPECT_EQ(fields(L"5"), "0:0:0:5") << "the last field is the frames";
+    EXPECT_EQ(fields(L"12:05"), "0:0:12:5") << "fields are aligned to the right";
+    EXPECT_EQ(fields(L"1:00:00:00"), "1:0:0:0") << "every field";
+    EXPECT_EQ(fields(L"01:02.03;04"), "1:2:3:4") << "every separator";
+    EXPECT_EQ(fields(L"1:2:3:30"), "1:2:4:5") << "frames carry at 25";
+    EXPECT_EQ(fields(L"0:59:59:25"), "1:0:0:0") << "so do the other fields";
+    EXPECT_EQ(fields(L"99:00:00:00"), "3:0:0:0") << "hours wrap";
+    EXPECT_EQ(fields(L"1:2x"), "refused 0:0:1:2") << "a foreign character ends it";
+    EXPECT_EQ(fields(L"12a"), "0:0:12:0") << "without separators it is one";
+    EXPECT_EQ(fields(L"1 2 3 4"), "1:2:3:4") << "even a blank";
+    EXPECT_EQ(fields(L" \t7 "), "0:0:0:7") << "but not blanks around";
+    EXPECT_EQ(fields(L" 1 : 2 :3: 4 "), "1:2:3:4") << "blanks around fields";
+    EXPECT_EQ(fields(L"12:"), "0:0:12:0") << "an empty field is 0";
+    EXPECT_EQ(fields(L"1:2:3:4:5"), "refused 1:2:3:4") << "a fifth field";
+    EXPECT_EQ(fields(L"1,000"), "0:0:1:0") << "grouping separates where nothing else does";
+    EXPECT_EQ(fields(L"00:1,000"), "0:0:40:0") << "grouping is skipped elsewhere";
+    EXPECT_EQ(fields(L"01:02:03:14", L"1"), "0:2:3:4") << "a grouping digit";
+    EXPECT_EQ(fields(L"0:1\u202f000", L"\u202f"), "0:0:40:0") << "grouping outside ASCII";
+    EXPECT_EQ(fields(L""), "0:0:0:0") << "nothing";
+    EXPECT_EQ(fields(L":4294967297"), "0:0:0:1") << "digits wrap at 32 bits";
 }
 
 TEST(AsciiToSMPTE, TakesTheRateOfTheKind)

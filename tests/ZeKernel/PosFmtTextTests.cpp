@@ -56,33 +56,23 @@ TEST(PosFmt, WritesPositions)
 
 TEST(PosFmt, WritesAtAnyRate)
 {
-    static const struct {
-        const char* why;
-        int format;
-        unsigned sampleRate;
-        double frameRate;
-        long long position;
-        const wchar_t* text;
-    } kRows[] = {
-        {"drop-frame", kDrop, 44100, 0, 1800000, L"00:00:40;23"},
-        {"29.97 frames", QVPOSFMT_SMPTE_NONDROP_29, 44100, 0, 1800000, L"00:00:40:23"},
-        {"30 frames", QVPOSFMT_SMPTE_NONDROP_30, 44100, 0, 1800000, L"00:00:40:24"},
-        {"24 frames", QVPOSFMT_SMPTE_FILM, 44100, 0, 44100LL * 86399, L"23:59:59:00"},
-        {"no sample rate: the largest count of frames", kDrop, 0, 0, 48000, L"22:22:15;29"},
-        {"no sample rate, no position", kEbu, 0, 0, 0, L"00:00:00:00"},
-        {"no sample rate, before 0", kEbu, 0, 0, -1, L"00:00:00:00"},
-        {"one within the tolerance counts", kFrames, 4294967295, 25, 4294967294, L"00:00:00.25"},
-        {"the most that integers of 32 bits hold", kTime, 1, 0, 4294967, L"1193:02:47.000"},
-        {"and more", kTime, 1, 0, 4294968, L"1193:02:48.000"},
-        {"a rate with a fraction", kFrames, 48000, 29.5, 48000 * 3723LL + 24000, L"01:02:03.14"},
-        {"three digits of frames", kFrames, 48000, 120, 47999, L"00:00:00.119"},
-        {"no frame rate", kFrames, 48000, 0, 50000, L"00:00:00.00"},
-        {"no sample rate for a time", kTime, 0, 0, 0, L"00:00:00.000"},
+    const auto written = [](int format, unsigned sampleRate, double frameRate, long long position) {
+        return Write(Format(format, sampleRate, frameRate), position, kPoint, kComma, 0);
     };
-    for (const auto& row : kRows) {
-        const Format fmt(row.format, row.sampleRate, row.frameRate);
-        EXPECT_EQ(Write(fmt, row.position, kPoint, kComma, 0), row.text) << row.why;
-    }
+    EXPECT_EQ(written(kDrop, 44100, 0, 1800000), L"00:00:40;23") << "drop-frame";
+    EXPECT_EQ(written(QVPOSFMT_SMPTE_NONDROP_29, 44100, 0, 1800000), L"00:00:40:23") << "29.97 frames";
+    EXPECT_EQ(written(QVPOSFMT_SMPTE_NONDROP_30, 44100, 0, 1800000), L"00:00:40:24") << "30 frames";
+    EXPECT_EQ(written(QVPOSFMT_SMPTE_FILM, 44100, 0, 44100LL * 86399), L"23:59:59:00") << "24 frames";
+    EXPECT_EQ(written(kDrop, 0, 0, 48000), L"22:22:15;29") << "no sample rate: the largest count of frames";
+    EXPECT_EQ(written(kEbu, 0, 0, 0), L"00:00:00:00") << "no sample rate, no position";
+    EXPECT_EQ(written(kEbu, 0, 0, -1), L"00:00:00:00") << "no sample rate, before 0";
+    EXPECT_EQ(written(kFrames, 4294967295, 25, 4294967294), L"00:00:00.25") << "one within the tolerance counts";
+    EXPECT_EQ(written(kTime, 1, 0, 4294967), L"1193:02:47.000") << "the most that integers of 32 bits hold";
+    EXPECT_EQ(written(kTime, 1, 0, 4294968), L"1193:02:48.000") << "and more";
+    EXPECT_EQ(written(kFrames, 48000, 29.5, 48000 * 3723LL + 24000), L"01:02:03.14") << "a rate with a fraction";
+    EXPECT_EQ(written(kFrames, 48000, 120, 47999), L"00:00:00.119") << "three digits of frames";
+    EXPECT_EQ(written(kFrames, 48000, 0, 50000), L"00:00:00.00") << "no frame rate";
+    EXPECT_EQ(written(kTime, 0, 0, 0), L"00:00:00.000") << "no sample rate for a time";
     Format quarters(kMeasures);
     quarters.cTicksPerBeat = 4;
     EXPECT_EQ(Write(quarters, 36000, kPoint, kComma, 0), L"1:2.2");
