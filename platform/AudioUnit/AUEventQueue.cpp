@@ -1,6 +1,7 @@
 #include "AudioUnit/AUEventQueue.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace {
 
@@ -86,9 +87,9 @@ bool AUEventQueue::hasTarget(const AUPostedEvent& posted) const
 AUEventQueue::Entry* AUEventQueue::mergeableWith(const AUPostedEvent& posted)
 {
     if (IsGesture(posted.event)) return nullptr;
-    for (auto entry = mEntries.rbegin(); entry != mEntries.rend(); ++entry) {
-        if (!SameSubject(entry->posted.event, posted.event)) continue;
-        return IsGesture(entry->posted.event) || entry->nextRegistration > 0 ? nullptr : &*entry;
+    for (Entry& entry : std::views::reverse(mEntries)) {
+        if (!SameSubject(entry.posted.event, posted.event)) continue;
+        return IsGesture(entry.posted.event) || entry.nextRegistration > 0 ? nullptr : &entry;
     }
     return nullptr;
 }

@@ -58,8 +58,8 @@ bool ReadWrittenNumber(std::wstring_view text, wchar_t decimal, wchar_t group, d
     const wchar_t* at = text.data();
     const wchar_t* const end = at + text.size();
     long long whole = 0;
-    for (unsigned digit = 0; at != end; ++at) {
-        if ((digit = static_cast<unsigned>(*at - L'0')) < 10)
+    for (; at != end; ++at) {
+        if (const auto digit = static_cast<unsigned>(*at - L'0'); digit < 10)
             whole = whole * 10 + digit;
         else if (*at != group || *at == decimal || IsTrailer(*at) || *at == L'\0')
             break;
