@@ -12,7 +12,9 @@ public:
     NS_CLASS(FuzzOwner)
     Outlet<NSView> view;
 };
-NS_CLASS_TABLE(FuzzOwner, NSObject, "").outlet("view", &FuzzOwner::view) NS_CLASS_TABLE_END
+NS_CLASS_TABLE(FuzzOwner, NSObject, "")
+    .outlet("view", &FuzzOwner::view)
+NS_CLASS_TABLE_END
 
 } // namespace
 

@@ -11,12 +11,10 @@
 #include "TonaroToneView.h"
 
 NS_CLASS_TABLE(TonaroCocoaViewFactory, NSObject, kTonaroViewBundleIdentifier)
-    .outlet("uiFreshlyLoadedView", &TonaroCocoaViewFactory::uiFreshlyLoadedView) NS_CLASS_TABLE_END
+    .outlet("uiFreshlyLoadedView", &TonaroCocoaViewFactory::uiFreshlyLoadedView)
+NS_CLASS_TABLE_END
 
-    std::uint32_t TonaroCocoaViewFactory::interfaceVersion() const
-{
-    return 0;
-}
+std::uint32_t TonaroCocoaViewFactory::interfaceVersion() const { return 0; }
 
 RetainPtr<NSString> TonaroCocoaViewFactory::description() const { return NSString::string(" Cocoa View"); }
 

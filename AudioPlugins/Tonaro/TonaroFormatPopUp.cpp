@@ -3,10 +3,10 @@
 #include <algorithm>
 
 NS_CLASS_TABLE(TonaroFormatPopUp, NSPopUpButton, "")
-    .outlet("field", &TonaroFormatPopUp::field)
-    .action("formatChosen:", &TonaroFormatPopUp::formatChosen) NS_CLASS_TABLE_END
+    .outlet("field", &TonaroFormatPopUp::field).action("formatChosen:", &TonaroFormatPopUp::formatChosen)
+NS_CLASS_TABLE_END
 
-    void TonaroFormatPopUp::awakeFromNib()
+void TonaroFormatPopUp::awakeFromNib()
 {
     if (!field.get()) return;
     removeAllItems();

@@ -6,10 +6,10 @@
 #include "Foundation/NSNotification.h"
 
 NS_CLASS_TABLE(HelpWindow, NSObject, "")
-    .action("showHelp:", &HelpWindow::showHelp)
-    .outlet("page", &HelpWindow::page) NS_CLASS_TABLE_END
+    .action("showHelp:", &HelpWindow::showHelp).outlet("page", &HelpWindow::page)
+NS_CLASS_TABLE_END
 
-    bool HelpWindow::initWithScale(double scale)
+bool HelpWindow::initWithScale(double scale)
 {
     mScale = scale;
     NSNotificationCenter::defaultCenter()->addObserver(this, "showHelp:", NSString::string("ZeHelpNotification").get(),

@@ -10,34 +10,34 @@ NS_CLASS_TABLE_END
 
 NS_CLASS_TABLE(Transport, NSObject, "")
     .action("playOrStop:", &Transport::playOrStop)
-    .outlet("view", &Transport::mView)
-    .outlet("button", &Transport::mButton)
-    .outlet("meter", &Transport::mMeter)
-    .outlet("heard", &Transport::mHeard) NS_CLASS_TABLE_END
+        .outlet("view", &Transport::mView)
+        .outlet("button", &Transport::mButton)
+        .outlet("meter", &Transport::mMeter)
+        .outlet("heard", &Transport::mHeard)
+NS_CLASS_TABLE_END
 
-    namespace
+namespace {
+
+RetainPtr<NSString> localized(const char* english)
 {
+    const RetainPtr<NSString> key = NSString::string(english);
+    return NSBundle::mainBundle()->localizedStringForKey(key, nullptr, nullptr);
+}
 
-    RetainPtr<NSString> localized(const char* english)
-    {
-        const RetainPtr<NSString> key = NSString::string(english);
-        return NSBundle::mainBundle()->localizedStringForKey(key, nullptr, nullptr);
+RetainPtr<NSString> placeOf(const TonePlayer& player)
+{
+    switch (player.heard()) {
+    case TonePlayer::Heard::unknown:
+        break;
+    case TonePlayer::Heard::muted:
+        return localized("Muted");
+    case TonePlayer::Heard::nowhere:
+        return localized("No sound device");
+    case TonePlayer::Heard::device:
+        return NSString::string(player.deviceName());
     }
-
-    RetainPtr<NSString> placeOf(const TonePlayer& player)
-    {
-        switch (player.heard()) {
-        case TonePlayer::Heard::unknown:
-            break;
-        case TonePlayer::Heard::muted:
-            return localized("Muted");
-        case TonePlayer::Heard::nowhere:
-            return localized("No sound device");
-        case TonePlayer::Heard::device:
-            return NSString::string(player.deviceName());
-        }
-        return NSString::string("");
-    }
+    return NSString::string("");
+}
 
 } // namespace
 

@@ -10,15 +10,15 @@
 
 NS_CLASS_TABLE(NSSlider, NSActionControl, "")
     .key("minValue", &NSSlider::minValue, &NSSlider::setMinValue)
-    .key("maxValue", &NSSlider::maxValue, &NSSlider::setMaxValue) NS_CLASS_TABLE_END
+        .key("maxValue", &NSSlider::maxValue, &NSSlider::setMaxValue)
+NS_CLASS_TABLE_END
 
-    namespace
-{
+namespace {
 
-    constexpr double kFineFactor = 0.1;  ///< of the travel, while Shift is held
-    constexpr double kWheelNotch = 0.01; ///< of the range
+constexpr double kFineFactor = 0.1;  ///< of the travel, while Shift is held
+constexpr double kWheelNotch = 0.01; ///< of the range
 
-    bool IsTall(NSRect frame) { return frame.size.height > frame.size.width; }
+bool IsTall(NSRect frame) { return frame.size.height > frame.size.width; }
 
 } // namespace
 

@@ -7,13 +7,13 @@
 
 NS_CLASS_TABLE(NSStepper, NSActionControl, "")
     .key("minValue", &NSStepper::minValue, &NSStepper::setMinValue)
-    .key("maxValue", &NSStepper::maxValue, &NSStepper::setMaxValue)
-    .key("increment", &NSStepper::increment, &NSStepper::setIncrement) NS_CLASS_TABLE_END
+        .key("maxValue", &NSStepper::maxValue, &NSStepper::setMaxValue)
+        .key("increment", &NSStepper::increment, &NSStepper::setIncrement)
+NS_CLASS_TABLE_END
 
-    namespace
-{
-    constexpr CFTimeInterval kRepeatDelay = 0.5;
-    constexpr CFTimeInterval kRepeatInterval = 0.1;
+namespace {
+constexpr CFTimeInterval kRepeatDelay = 0.5;
+constexpr CFTimeInterval kRepeatInterval = 0.1;
 } // namespace
 
 NSStepper::~NSStepper() { stopRepeating(); }

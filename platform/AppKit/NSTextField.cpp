@@ -4,9 +4,10 @@
 #include "Foundation/NSClass.h"
 
 NS_CLASS_TABLE(NSTextField, NSControl, "")
-    .action("selectText:", &NSTextField::selectText) NS_CLASS_TABLE_END
+    .action("selectText:", &NSTextField::selectText)
+NS_CLASS_TABLE_END
 
-    bool NSTextField::initWithFrame(NSRect frame)
+bool NSTextField::initWithFrame(NSRect frame)
 {
     const bool described = cell() != nullptr;
     if (!NSControl::initWithFrame(frame)) return false;

@@ -6,13 +6,14 @@
 
 NS_CLASS_TABLE(NSTextView, NSView, "")
     .action("selectAll:", &NSTextView::selectAll)
-    .action("copy:", &NSTextView::copy)
-    .action("cut:", &NSTextView::cut)
-    .action("paste:", &NSTextView::paste) NS_CLASS_TABLE_END
+        .action("copy:", &NSTextView::copy)
+        .action("cut:", &NSTextView::cut)
+        .action("paste:", &NSTextView::paste)
+NS_CLASS_TABLE_END
 
-    NSTextView::NSTextView()
+NSTextView::NSTextView()
     : mEditing([this](std::u16string_view text) { return findBreaks(text); }),
-mBlink([this] { setNeedsDisplayInRect(CGRectInset(caretRect(), -1, -1)); })
+      mBlink([this] { setNeedsDisplayInRect(CGRectInset(caretRect(), -1, -1)); })
 {
     mEditing.setJudge([this](const std::u16string& proposed) { return judge(proposed); });
 }

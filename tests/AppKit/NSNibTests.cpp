@@ -33,20 +33,20 @@ public:
     }
 };
 NS_CLASS_TABLE(NibView, NSView, "")
-    .outlet("slider", &NibView::slider)
-    .outlet("field", &NibView::field)
-    .action("moved:", &NibView::moved) NS_CLASS_TABLE_END
+    .outlet("slider", &NibView::slider).outlet("field", &NibView::field).action("moved:", &NibView::moved)
+NS_CLASS_TABLE_END
 
-    class NibOwner final : public NSObject {
+class NibOwner final : public NSObject {
 public:
     NS_CLASS(NibOwner)
     Outlet<NibView> view;
     void awakeFromNib() override { theLog += "awake(owner) "; }
 };
 NS_CLASS_TABLE(NibOwner, NSObject, "org.tonaro.nibtests")
-    .outlet("view", &NibOwner::view) NS_CLASS_TABLE_END
+    .outlet("view", &NibOwner::view)
+NS_CLASS_TABLE_END
 
-    class NibCell final : public NSSliderCell {
+class NibCell final : public NSSliderCell {
 public:
     NS_CLASS(NibCell)
 };

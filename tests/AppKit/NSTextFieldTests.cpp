@@ -52,10 +52,11 @@ public:
     }
 };
 NS_CLASS_TABLE(Target, NSObject, "")
-    .action("fieldChanged:", &Target::fieldChanged) NS_CLASS_TABLE_END
+    .action("fieldChanged:", &Target::fieldChanged)
+NS_CLASS_TABLE_END
 
-    /// Two fields, the first with a formatter, in a window. An Escape that goes on is noted as "on".
-    struct Fields {
+/// Two fields, the first with a formatter, in a window. An Escape that goes on is noted as "on".
+struct Fields {
     std::string log; // of formatter and target together
     OffscreenRig rig{{300, 200}};
     RetainPtr<Target> target = make<Target>();

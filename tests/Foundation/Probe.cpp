@@ -10,4 +10,4 @@ NS_CLASS_TABLE(Probe, NSObject, "org.tonaro.probe")
     .key("told", &Probe::told, &Probe::setTold)
     .key("half", &Probe::half)
 NS_CLASS_TABLE_END
-    // clang-format on
+// clang-format on

@@ -4,13 +4,11 @@
 
 NS_CLASS_TABLE(ZeFrequencySlider, ZeSlider, "")
     .key("freqValue", &ZeFrequencySlider::freqValue, &ZeFrequencySlider::setFreqValue)
-    .key("minFreqValue", &ZeFrequencySlider::minFreqValue, &ZeFrequencySlider::setMinFreqValue)
-    .key("maxFreqValue", &ZeFrequencySlider::maxFreqValue, &ZeFrequencySlider::setMaxFreqValue) NS_CLASS_TABLE_END
+        .key("minFreqValue", &ZeFrequencySlider::minFreqValue, &ZeFrequencySlider::setMinFreqValue)
+        .key("maxFreqValue", &ZeFrequencySlider::maxFreqValue, &ZeFrequencySlider::setMaxFreqValue)
+NS_CLASS_TABLE_END
 
-    double MelFromHz(double hz)
-{
-    return 2595.0 * std::log10(1.0 + hz / 700.0);
-}
+double MelFromHz(double hz) { return 2595.0 * std::log10(1.0 + hz / 700.0); }
 double HzFromMel(double mel) { return (std::pow(10.0, mel / 2595.0) - 1.0) * 700.0; }
 
 void ZeFrequencySlider::sliderInit()

@@ -4,9 +4,10 @@
 
 NS_CLASS_TABLE(ZeGainFader, ZeSlider, "")
     .key("gainRatio", &ZeGainFader::gainRatio, &ZeGainFader::setGainRatio)
-    .key("minusInfinity", &ZeGainFader::minusInfinity, &ZeGainFader::setMinusInfinity) NS_CLASS_TABLE_END
+        .key("minusInfinity", &ZeGainFader::minusInfinity, &ZeGainFader::setMinusInfinity)
+NS_CLASS_TABLE_END
 
-    void ZeGainFader::sliderInit()
+void ZeGainFader::sliderInit()
 {
     ZeSlider::sliderInit();
     mMinusInfinity = minValue();

@@ -6,10 +6,11 @@
 
 NS_CLASS_TABLE(ZeParameterSetter, NSObject, "")
     .action("handleSliderMouseDown:", &ZeParameterSetter::handleSliderMouseDown)
-    .action("handleSliderMouseUp:", &ZeParameterSetter::handleSliderMouseUp) NS_CLASS_TABLE_END
+        .action("handleSliderMouseUp:", &ZeParameterSetter::handleSliderMouseUp)
+NS_CLASS_TABLE_END
 
-    bool ZeParameterSetter::initWithAudioUnit(AudioUnit unit, AUEventListenerRef listener,
-                                              const AudioUnitParameterID* parameterIDs, unsigned count)
+bool ZeParameterSetter::initWithAudioUnit(AudioUnit unit, AUEventListenerRef listener,
+                                          const AudioUnitParameterID* parameterIDs, unsigned count)
 {
     if (!init()) return false;
     m_pListener = listener;

@@ -7,28 +7,27 @@
 
 NS_CLASS_TABLE(ZeSlider, NSSlider, "")
     .action("sliderChanged:", &ZeSlider::sliderChanged)
-    .key("smallStep", &ZeSlider::smallStep, &ZeSlider::setSmallStep)
-    .key("largeStep", &ZeSlider::largeStep, &ZeSlider::setLargeStep)
-    .key("defaultValue", &ZeSlider::defaultValue, &ZeSlider::setDefaultValue)
-    .key("becomeFirstResponderOnClick", &ZeSlider::becomeFirstResponderOnClick,
-         &ZeSlider::setBecomeFirstResponderOnClick) NS_CLASS_TABLE_END
+        .key("smallStep", &ZeSlider::smallStep, &ZeSlider::setSmallStep)
+        .key("largeStep", &ZeSlider::largeStep, &ZeSlider::setLargeStep)
+        .key("defaultValue", &ZeSlider::defaultValue, &ZeSlider::setDefaultValue)
+        .key("becomeFirstResponderOnClick", &ZeSlider::becomeFirstResponderOnClick,
+             &ZeSlider::setBecomeFirstResponderOnClick)
+NS_CLASS_TABLE_END
 
-    namespace
+namespace {
+
+void post(const char* notification, ZeSlider* slider)
 {
+    NSNotificationCenter::defaultCenter()->postNotificationName(NSString::string(notification).get(), slider, nullptr);
+}
 
-    void post(const char* notification, ZeSlider* slider)
-    {
-        NSNotificationCenter::defaultCenter()->postNotificationName(NSString::string(notification).get(), slider,
-                                                                    nullptr);
-    }
-
-    RetainPtr<NSString> withoutSelf(const NSString& keyPath)
-    {
-        static constexpr std::u16string_view kSelf = u"self.";
-        std::u16string_view path = keyPath.units();
-        if (path.starts_with(kSelf)) path.remove_prefix(kSelf.size());
-        return NSString::string(std::u16string(path));
-    }
+RetainPtr<NSString> withoutSelf(const NSString& keyPath)
+{
+    static constexpr std::u16string_view kSelf = u"self.";
+    std::u16string_view path = keyPath.units();
+    if (path.starts_with(kSelf)) path.remove_prefix(kSelf.size());
+    return NSString::string(std::u16string(path));
+}
 
 } // namespace
 

@@ -7,9 +7,10 @@
 #include <limits>
 
 NS_CLASS_TABLE(ZeTimeTextField, NSTextField, "")
-    .action("onFormatMenuAction:", &ZeTimeTextField::onFormatMenuAction) NS_CLASS_TABLE_END
+    .action("onFormatMenuAction:", &ZeTimeTextField::onFormatMenuAction)
+NS_CLASS_TABLE_END
 
-    bool ZeTimeTextField::initWithFrame(NSRect frame)
+bool ZeTimeTextField::initWithFrame(NSRect frame)
 {
     if (!NSTextField::initWithFrame(frame)) return false;
     initFormatter();
