@@ -75,12 +75,14 @@ bool RunLoop::turn(CFAbsoluteTime waitUntil)
             if (!ended) loop->mailbox.wakeUp(); // an exception: the observers come with the next turn
         }
     };
+    const Arrival arrived = wait(waitUntil);
+    // hosts look in dozens of times a second, mostly for nothing
+    if (arrived.ready.empty() && !arrived.isWoken && nextFireTime() > CFAbsoluteTimeGetCurrent()) return false;
     const NSAutoreleasePool pool;
-    const Descriptors ready = waitForDescriptors(waitUntil);
     bool handled = false;
     {
         Calling calling{this};
-        handled = callDescriptors(ready);
+        handled = callDescriptors(arrived.ready);
         handled |= runBlocks();
         handled |= fireTimers();
         calling.ended = true;
@@ -89,20 +91,31 @@ bool RunLoop::turn(CFAbsoluteTime waitUntil)
     return handled;
 }
 
-RunLoop::Descriptors RunLoop::waitForDescriptors(CFAbsoluteTime until)
+RunLoop::Arrival RunLoop::wait(CFAbsoluteTime until)
 {
-    std::vector<pollfd> polled{{mailbox.descriptor(), POLLIN, 0}};
-    for (const auto& entry : mDescriptors) polled.push_back({entry->descriptor, POLLIN, 0});
-    if (CFPollUntil(polled, until) == 0) return {};
+    mPolled.clear();
+    for (const auto& entry : mDescriptors) mPolled.push_back({entry->descriptor, POLLIN, 0});
+    const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
+    const bool waits = until > now && !mailbox.isAwake(); // the mailbox' descriptor is there to end a wait
+    if (waits) mPolled.push_back({mailbox.descriptor(), POLLIN, 0});
+    const bool any = CFPollUntil(mPolled, waits ? until : now) > 0;
+    const bool isSignalled = any && waits && mPolled.back().revents;
+    Arrival arrived;
+    arrived.isWoken = mailbox.isAwake() || isSignalled;
+    if (arrived.isWoken) mailbox.clearWakeUp(isSignalled);
+    if (any) arrived.ready = takeReady();
+    return arrived;
+}
 
-    if (polled.front().revents) mailbox.clearWakeUp();
+RunLoop::Descriptors RunLoop::takeReady()
+{
     Descriptors ready;
     Descriptors closed;
-    for (std::size_t i = 1; i < polled.size(); ++i) {
-        if (polled[i].revents & POLLNVAL)
-            closed.push_back(mDescriptors[i - 1]);
-        else if (polled[i].revents)
-            ready.push_back(mDescriptors[i - 1]);
+    for (std::size_t i = 0; i < mDescriptors.size(); ++i) {
+        if (mPolled[i].revents & POLLNVAL)
+            closed.push_back(mDescriptors[i]);
+        else if (mPolled[i].revents)
+            ready.push_back(mDescriptors[i]);
     }
     for (const auto& entry : closed) entry->invalidate();
     return ready;

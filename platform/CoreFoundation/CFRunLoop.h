@@ -65,7 +65,8 @@ void CFRunLoopStop(CFRunLoopRef loop);
 void CFRunLoopWakeUp(CFRunLoopRef loop);
 /// Calls `block` once on the loop's thread in its next turn, and wakes the loop. Blocks run in the order they came.
 void CFRunLoopPerformBlock(CFRunLoopRef loop, CFRunLoopMode mode, std::function<void()> block);
-/// Calls `observer` at the end of each turn, before the loop waits (windows draw there). The answer goes to Remove.
+/// Calls `observer` at the end of each turn in which something was due or somebody woke the loop (windows draw there).
+/// The answer goes to Remove.
 std::uint64_t CFRunLoopAddBeforeWaiting(CFRunLoopRef loop, std::function<void()> observer);
 void CFRunLoopRemoveBeforeWaiting(CFRunLoopRef loop, std::uint64_t observer);
 

@@ -32,14 +32,17 @@ void RunLoopMailbox::stop()
 void RunLoopMailbox::wakeUp()
 {
     if (mAwake.exchange(true)) return; // a wake-up that the loop hasn't seen is enough
+    if (std::this_thread::get_id() == mOwner) return;
+    mSignalled = true;
     while (eventfd_write(mEvent, 1) < 0 && errno == EINTR) {
     }
 }
 
-void RunLoopMailbox::clearWakeUp()
+void RunLoopMailbox::clearWakeUp(bool isReadable)
 {
     eventfd_t count = 0;
-    while (eventfd_read(mEvent, &count) < 0 && errno == EINTR) {
+    const bool mustRead = mSignalled.exchange(false) || isReadable;
+    while (mustRead && eventfd_read(mEvent, &count) < 0 && errno == EINTR) {
     }
     mAwake = false; // whoever still saw the old value posted before the loop looks for what was posted
 }

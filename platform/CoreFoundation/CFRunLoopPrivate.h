@@ -7,6 +7,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 #include <poll.h>
@@ -51,13 +52,15 @@ public:
 
     void perform(std::function<void()> block);
     void stop();
+    /// From the loop's own thread, which isn't waiting then, this asks nothing of the system.
     void wakeUp();
 
     // The loop's own side.
     int descriptor() const { return mEvent; } ///< readable after a wake-up
-    void clearWakeUp();
+    void clearWakeUp(bool isReadable);
     std::size_t count();
     bool takeBlock(std::function<void()>& block);
+    bool isAwake() const { return mAwake; } ///< something was posted that the loop hasn't looked at
     bool takeStop() { return mStopped.exchange(false); }
     void close(); ///< drops all blocks, and those that come later
 
@@ -66,6 +69,8 @@ private:
     std::deque<std::function<void()>> mBlocks;
     bool mClosed = false;
     std::atomic<bool> mStopped = false, mAwake = false;
+    std::atomic<bool> mSignalled = false; // the descriptor is, or soon will be, readable
+    const std::thread::id mOwner = std::this_thread::get_id();
     int mEvent; // an eventfd
 };
 
@@ -92,7 +97,13 @@ private:
     using Descriptors = std::vector<RetainPtr<RunLoopDescriptor>>;
 
     bool turn(CFAbsoluteTime waitUntil);
-    Descriptors waitForDescriptors(CFAbsoluteTime until);
+    /// What ended a wait.
+    struct Arrival {
+        Descriptors ready;
+        bool isWoken = false;
+    };
+    Arrival wait(CFAbsoluteTime until);
+    Descriptors takeReady();
     bool callDescriptors(const Descriptors& ready);
     bool runBlocks();
     bool fireTimers();
@@ -103,6 +114,7 @@ private:
     std::vector<RetainPtr<RunLoopTimer>> mTimers;
     Descriptors mDescriptors;
     std::vector<Observer> mObservers;
+    std::vector<pollfd> mPolled; // of the last look at the descriptors
     std::uint64_t mLastObserver = 0;
     bool mClosed = false;
 };

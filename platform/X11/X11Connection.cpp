@@ -200,8 +200,13 @@ void X11Connection::synchronize() { reply<xcb_get_input_focus_reply>(xcb_get_inp
 // Events that arrived with a reply no longer make the descriptor readable.
 void X11Connection::keepQueuedEvents()
 {
-    while (X11Event event{xcb_poll_for_queued_event(get())}) mEvents.push_back(std::move(event));
+    takeQueuedEvents();
     if (!mEvents.empty()) CFRunLoopWakeUp(CFRunLoopGetCurrent());
+}
+
+void X11Connection::takeQueuedEvents()
+{
+    while (X11Event event{xcb_poll_for_queued_event(get())}) mEvents.push_back(std::move(event));
 }
 
 void X11Connection::readEvents()

@@ -68,9 +68,15 @@ public:
     /// Waits until the server has done a checked request. @return its error, 0 for success
     int check(xcb_void_cookie_t cookie);
     void synchronize(); ///< waits until the server has done everything asked so far
-    void flush() { xcb_flush(get()); }
+    /// Sends what was asked. Events that come in meanwhile wait for the next turn of the run loop.
+    void flush()
+    {
+        xcb_flush(get());
+        keepQueuedEvents();
+    }
 
-    void readEvents(); ///< takes in what has arrived, without waiting
+    void readEvents();       ///< takes in what has arrived, without waiting
+    void takeQueuedEvents(); ///< the same of what was read already: asks nothing of the system
     /// After a round trip that other code made: what came with it waits for the next turn of the run loop.
     void keepQueuedEvents();
     /// The next event that was read, or null. Of moves of the pointer in a row, only the newest.

@@ -65,13 +65,16 @@ X11Server::~X11Server() { detachFromRunLoop(); }
 
 void X11Server::attachToRunLoop()
 {
-    const auto handle = [weak = weak_from_this()] {
-        if (const auto server = weak.lock()) server->handleEvents();
+    const auto handle = [weak = weak_from_this()](void (X11Connection::*take)()) {
+        return [weak, take] {
+            if (const auto server = weak.lock()) server->handleEvents(take);
+        };
     };
-    mDescriptor = CFFileDescriptorCreate(xcb_get_file_descriptor(mConnection->get()), handle);
+    mDescriptor =
+        CFFileDescriptorCreate(xcb_get_file_descriptor(mConnection->get()), handle(&X11Connection::readEvents));
     CFRunLoopAddFileDescriptor(CFRunLoopGetCurrent(), mDescriptor, kCFRunLoopCommonModes);
-    // what arrived during the turn, with an answer for instance, must not wait for the next event
-    mObserver = CFRunLoopAddBeforeWaiting(CFRunLoopGetCurrent(), handle);
+    // what was read during the turn, with an answer for instance, must not wait for the next event
+    mObserver = CFRunLoopAddBeforeWaiting(CFRunLoopGetCurrent(), handle(&X11Connection::takeQueuedEvents));
 }
 
 void X11Server::detachFromRunLoop()
@@ -106,7 +109,7 @@ void X11Server::watchParent(xcb_window_t parent)
 }
 
 // A callback may end the display, throw, or run the loop again: events are taken one by one.
-void X11Server::handleEvents()
+void X11Server::handleEvents(void (X11Connection::*take)())
 {
     const std::shared_ptr<X11Server> keep = shared_from_this();
     struct WakeForTheRest {
@@ -115,7 +118,7 @@ void X11Server::handleEvents()
     };
     {
         const WakeForTheRest wake{*mConnection};
-        mConnection->readEvents();
+        (*mConnection.*take)();
         while (const X11Event event = mConnection->nextEvent()) handle(*event);
     }
     mConnection->flush();

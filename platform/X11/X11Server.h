@@ -34,7 +34,7 @@ private:
     X11Server() = default;
     void attachToRunLoop();
     void detachFromRunLoop();
-    void handleEvents();
+    void handleEvents(void (X11Connection::*take)());
     void handle(const xcb_generic_event_t& event);
     void handleProperty(const xcb_property_notify_event_t& event);
     void handleParentHidden(xcb_window_t parent);

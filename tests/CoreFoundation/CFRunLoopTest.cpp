@@ -118,7 +118,7 @@ TEST_F(CFRunLoopTest, CallbacksMayTakeAwayAnything)
     });
     observers[1] = CFRunLoopAddBeforeWaiting(loop, [this] { note("second"); });
     EXPECT_EQ(run(5.0), kCFRunLoopRunFinished);
-    EXPECT_EQ(takeLog(), "first@0 killer@1 self@1");
+    EXPECT_EQ(takeLog(), "killer@1 self@1 first@1");
 }
 
 TEST_F(CFRunLoopTest, ATimerCanBeSetAgainInItsOwnCallback)
@@ -219,6 +219,33 @@ TEST_F(CFRunLoopTest, DescriptorsMayVanish)
     EXPECT_EQ(takeLog(), "");
 }
 
+TEST_F(CFRunLoopTest, ObserversAreCalledWhereSomethingWasDue)
+{
+    const auto observer = CFRunLoopAddBeforeWaiting(loop, [this] { note("observer"); });
+    Pipe data;
+    const auto source = CFFileDescriptorCreate(data.ends[0], [&] { data.receive(); });
+    CFRunLoopAddFileDescriptor(loop, source, kCFRunLoopCommonModes);
+    run(0.0);
+    run(1.0);
+    EXPECT_EQ(takeLog(), "");
+    CFRunLoopWakeUp(loop);
+    CFRunLoopWakeUp(loop);
+    run(0.0);
+    run(0.0);
+    EXPECT_EQ(takeLog(), "observer@1") << "woken from its own thread";
+    std::thread([this] { CFRunLoopWakeUp(loop); }).join();
+    run(1.0);
+    EXPECT_EQ(takeLog(), "observer@1") << "from another";
+    data.send();
+    run(0.0);
+    EXPECT_EQ(takeLog(), "observer@2") << "a descriptor";
+    addTimer("timer", 1.0, 0.0);
+    run(2.0);
+    EXPECT_EQ(takeLog(), "timer@3 observer@3");
+    CFRunLoopRemoveBeforeWaiting(loop, observer);
+    CFFileDescriptorInvalidate(source);
+}
+
 TEST_F(CFRunLoopTest, EachTurnHasItsPool)
 {
     struct Temporary : NSObject {
@@ -274,6 +301,22 @@ TEST(CFRunLoopThreads, WaitingDoesNoWork)
     CFRunLoopRun();
     CFRunLoopRemoveBeforeWaiting(loop, observer);
     EXPECT_LE(turns, 3);
+}
+
+TEST(CFRunLoopThreads, AWakeUpBeforeAWaitIsNotLost)
+{
+    CFRunLoopRef loop = CFRunLoopGetCurrent();
+    const auto guard = CFRunLoopTimerCreate(CFAbsoluteTimeGetCurrent() + 60.0, 0.0, [] { FAIL() << "it waited"; });
+    CFRunLoopAddTimer(loop, guard, kCFRunLoopCommonModes);
+    const auto observer = CFRunLoopAddBeforeWaiting(loop, [loop] { CFRunLoopStop(loop); });
+    for (int i = 0; i < 200; ++i) {
+        std::thread other([loop] { CFRunLoopWakeUp(loop); });
+        CFRunLoopWakeUp(loop);
+        EXPECT_EQ(CFRunLoopRunInMode(kCFRunLoopDefaultMode, 60.0, false), kCFRunLoopRunStopped);
+        other.join();
+    }
+    CFRunLoopRemoveBeforeWaiting(loop, observer);
+    CFRunLoopTimerInvalidate(guard);
 }
 
 TEST(CFRunLoopThreads, SignalsOnlyWakeIt)
