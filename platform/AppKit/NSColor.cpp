@@ -60,7 +60,7 @@ bool NSColor::isOpaqueForScale(CGFloat scale) const
 {
     const NSImage::Representation picture =
         mPattern ? mPattern->representationForScale(scale) : NSImage::Representation{};
-    if (picture.image) return picture.isOpaque;
+    if (picture.image) return CGImageIsOpaque(picture.image);
     const RetainPtr<const CGColor> color = CGColorForScale(scale);
     return color && CGColorGetComponents(color)[3] >= 1;
 }

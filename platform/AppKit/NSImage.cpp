@@ -17,14 +17,6 @@ struct Variant {
 constexpr Variant kVariants[] = {{"-dark@2x", 2, true}, {"-dark", 1, true}, {"@2x", 2, false}, {"", 1, false}};
 constexpr std::size_t kPlain = std::size(kVariants) - 1;
 
-bool IsOpaque(CGImageRef image)
-{
-    const auto pixels = CGImageGetPixels(image);
-    for (std::size_t i = 3; i < pixels.size(); i += 4)
-        if (pixels[i] != 0xFF) return false;
-    return !pixels.empty();
-}
-
 } // namespace
 
 NS_CLASS_TABLE(NSImage, NSObject, "")
@@ -48,7 +40,6 @@ const NSImage::Lazy& NSImage::read(std::size_t variant)
     if (isOptional && !std::filesystem::exists(path, ignored)) return lazy;
     lazy.image = CGImageCreateWithPNGFile(path);
     if (!lazy.image) NSLog("can't read the image “%s”", path.c_str());
-    lazy.isOpaque = lazy.image && IsOpaque(lazy.image);
     return lazy;
 }
 
@@ -59,10 +50,9 @@ NSImage::Representation NSImage::representationForScale(CGFloat scale)
         const Variant& variant = kVariants[i];
         if (variant.scale > 1 && scale < kDoubleFrom) continue;
         if (variant.isDark && NSAppearance::current() != NSAppearanceName::dark) continue;
-        if (const Lazy& found = read(i); found.image) return {found.image, variant.scale, found.isOpaque};
+        if (const Lazy& found = read(i); found.image) return {found.image, variant.scale};
     }
-    const Lazy& plain = read(kPlain);
-    return {plain.image, 1, plain.isOpaque};
+    return {read(kPlain).image, 1};
 }
 
 NSSize NSImage::size()

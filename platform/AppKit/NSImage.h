@@ -26,7 +26,6 @@ public:
     struct Representation {
         RetainPtr<const CGImage> image; ///< null when there is none
         CGFloat scale = 1;              ///< pixels a point
-        bool isOpaque = false;          ///< nothing shows through any of its pixels
     };
     Representation representationForScale(CGFloat scale); ///< in the current appearance
 
@@ -34,7 +33,6 @@ private:
     struct Lazy {
         bool tried = false;
         RetainPtr<const CGImage> image;
-        bool isOpaque = false;
     };
     const Lazy& read(std::size_t variant);
 

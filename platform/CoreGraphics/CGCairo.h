@@ -37,7 +37,8 @@ inline CGBlock CGBlockOfBytes(std::size_t size)
 /// Takes the block over; null for null.
 RetainPtr<CGDataProvider> CGDataProviderCreateWithBlock(CGBlock block, std::size_t size);
 /// Rows of 4 * width; takes the block over; null for null.
-RetainPtr<CGImage> CGImageCreateWithBlock(std::size_t width, std::size_t height, CGBlock pixels);
+/// @param isOpaque  whether every alpha is 255
+RetainPtr<CGImage> CGImageCreateWithBlock(std::size_t width, std::size_t height, CGBlock pixels, bool isOpaque = false);
 
 /// A reference to an object given as a Ref: colours, images and gradients never change, only their counts do.
 template <typename T> RetainPtr<T> CGRetained(const T* object) { return RetainPtr<T>(const_cast<T*>(object)); }
@@ -46,6 +47,7 @@ struct CGImage::Contents {
     std::size_t width, height, bytesPerRow;
     const std::uint8_t* firstPixel;     ///< of `provider`
     RetainPtr<CGDataProvider> provider; ///< shared by the pictures that were cut out of this one
+    bool isOpaque;                      ///< known to be; `surface` then has no alpha, and copying takes mixing's place
     CairoSurface surface;               ///< over the provider's bytes; only ever read
     std::uint64_t serialNumber;
 };

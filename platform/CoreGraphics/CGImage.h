@@ -48,6 +48,7 @@ bool CGImageWritePNGFile(CGImageRef image, const std::string& path);
 std::size_t CGImageGetWidth(CGImageRef image);
 std::size_t CGImageGetHeight(CGImageRef image);
 std::size_t CGImageGetBytesPerRow(CGImageRef image); ///< 4 * width; more where the picture was cut out of a wider one
+bool CGImageIsOpaque(CGImageRef image); ///< no pixel lets anything through; only known of what comes from a file
 /// Tells pictures apart, even from those that have ended: no two in a process have the same. 0 for null.
 std::uint64_t CGImageGetSerialNumber(CGImageRef image);
 /// From the first pixel to the last, the top row first.

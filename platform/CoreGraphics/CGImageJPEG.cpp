@@ -113,5 +113,5 @@ RetainPtr<CGImage> CGImageCreateWithJPEGDataProvider(CGDataProviderRef provider)
     CGBlock pixels(decoding.pixels);
     jpeg_destroy_decompress(&decoding.jpeg);
     if (!decoded) return nullptr;
-    return CGImageCreateWithBlock(width, height, std::move(pixels));
+    return CGImageCreateWithBlock(width, height, std::move(pixels), true);
 }

@@ -64,14 +64,18 @@ std::uint32_t premultiplied(std::uint32_t pixel)
     return alpha << 24 | green | redBlue;
 }
 
-void premultiply(std::span<std::uint8_t> pixels)
+/// @return whether every alpha is 255
+bool premultiply(std::span<std::uint8_t> pixels)
 {
+    std::uint32_t common = ~0U;
     for (std::size_t i = 0; i + 3 < pixels.size(); i += 4) {
         std::uint32_t pixel;
         std::memcpy(&pixel, &pixels[i], 4);
+        common &= pixel;
         pixel = premultiplied(pixel);
         std::memcpy(&pixels[i], &pixel, 4);
     }
+    return common >> 24 == 0xFF;
 }
 
 Bytes unpremultiplied(CGImageRef image)
@@ -130,8 +134,8 @@ RetainPtr<CGImage> CGImageCreateWithPNGDataProvider(CGDataProviderRef provider)
     const std::size_t width = png.width, height = png.height;
     CGBlock pixels = CGBlockOfBytes(PNG_IMAGE_SIZE(png));
     if (!pixels || !png_image_finish_read(&png, nullptr, pixels.get(), 0, nullptr)) return nullptr;
-    premultiply({pixels.get(), 4 * width * height});
-    return CGImageCreateWithBlock(width, height, std::move(pixels));
+    const bool isOpaque = premultiply({pixels.get(), 4 * width * height});
+    return CGImageCreateWithBlock(width, height, std::move(pixels), isOpaque);
 }
 
 RetainPtr<CGImage> CGImageCreateWithPNGFile(const std::string& path)

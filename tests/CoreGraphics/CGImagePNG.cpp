@@ -62,6 +62,28 @@ TEST(CGImagePNG, ReadsEveryKindAsPremultipliedRGBA)
     }
 }
 
+TEST(CGImagePNG, KnowsWhetherAnythingShowsThrough)
+{
+    const TemporaryFolder folder;
+    for (const CGFloat alpha : {1.0, 0.996}) {
+        const auto context = CGBitmapContextCreate(5, 4);
+        fill(context, CGRectMake(0, 0, 5, 4), 0.2, 0.4, 0.6, 1);
+        CGContextClearRect(context, CGRectMake(4, 3, 1, 1));
+        fill(context, CGRectMake(4, 3, 1, 1), 0.2, 0.4, 0.6, alpha);
+        const auto image = CGBitmapContextCreateImage(context);
+        ASSERT_TRUE(CGImageWritePNGFile(image, folder / "out.png"));
+        const auto read = CGImageCreateWithPNGFile(folder / "out.png");
+        EXPECT_EQ(CGImageIsOpaque(read), alpha == 1) << alpha;
+        const auto cut = CGImageCreateWithImageInRect(read, CGRectMake(1, 1, 3, 2));
+        EXPECT_EQ(CGImageIsOpaque(cut), alpha == 1) << alpha;
+        const auto copy = CGBitmapContextCreate(5, 4);
+        fill(copy, CGRectMake(0, 0, 5, 4), 1, 1, 1, alpha == 1 ? 0.5 : 0);
+        CGContextDrawImage(copy, CGRectMake(0, 0, 5, 4), read);
+        EXPECT_EQ(pixelOf(copy, 4, 3), pixelOf(context, 4, 3)) << "what was there is replaced";
+    }
+    EXPECT_FALSE(CGImageIsOpaque(nullptr));
+}
+
 TEST(CGImagePNG, EveryColourAtEveryAlphaComesBack)
 {
     const auto context = CGBitmapContextCreate(52, 255);
