@@ -109,7 +109,8 @@ RetainPtr<CTLine> CTLineCreate(std::u16string_view text, CTFontRef font)
     PangoText layout = CTLayoutOf(font->contents().description.get(), shaped.utf8);
     PangoLayoutLine* line = pango_layout_get_line_readonly(layout.get(), 0);
     auto made = RetainPtr<CTLine>::adopt(new CTLine(std::make_unique<CTLine::Contents>(
-        CTLine::Contents{font, std::u16string(units), std::move(shaped), std::move(layout), line, CTBoundsOf(line)})));
+        CTLine::Contents{font, std::u16string(units), std::move(shaped), std::move(layout), line, CTBoundsOf(line),
+                         CTGlyphRuns(line)})));
     Remember(made);
     return made;
 }
@@ -122,7 +123,7 @@ void CTLineDraw(CTLineRef line, CGContextRef context, CGPoint origin, CGColorRef
     CGContextDrawInColor(context, color, [&](cairo_t* cairo) {
         if (!isWithinReach(cairo, origin, line->contents().size())) return;
         cairo_move_to(cairo, origin.x, origin.y);
-        pango_cairo_show_layout_line(cairo, line->contents().line);
+        line->contents().glyphs.show(cairo);
     });
 }
 
@@ -136,7 +137,7 @@ void CTLineDraw(CTLineRef line, CGContextRef context, CGColorRef color)
         const cairo_matrix_t upright{m.a, m.b, -m.c, -m.d, m.tx, m.ty}; // the library below draws y-down letters
         cairo_transform(cairo, &upright);
         cairo_move_to(cairo, 0, 0);
-        pango_cairo_show_layout_line(cairo, line->contents().line);
+        line->contents().glyphs.show(cairo);
     });
 }
 

@@ -2,6 +2,7 @@
 
 /// What the sources of this folder share: holders for Pango's objects, and what the public classes hide.
 
+#include "CoreText/CTGlyphRuns.h"
 #include "CoreText/CTLine.h"
 
 #include <pango/pango.h>
@@ -40,6 +41,7 @@ struct CTLine::Contents {
     PangoText layout;
     PangoLayoutLine* line; ///< belongs to `layout`
     CTLineBounds bounds;
+    CTGlyphRuns glyphs; ///< of `line`
 
     CGFloat size() const { return font->contents().size; }
 };

@@ -315,6 +315,13 @@ TEST(CTLine, SurvivesAnyTextMatrix)
     EXPECT_GT(inkOf(context), 10);
 }
 
+TEST(CTLine, ShowsABoxForALetterThatNoFontHas)
+{
+    const double box = inkOf(drawn(u"\uE123", 20, 1, 10, 50).get()), letter = inkOf(drawn(u"A", 20, 1, 10, 50).get());
+    EXPECT_GT(box, 10);
+    EXPECT_NEAR(inkOf(drawn(u"A\uE123", 20, 1, 10, 50).get()), box + letter, 5) << "the others are drawn as ever";
+}
+
 TEST(CTLine, DrawsSharpAtEveryScale)
 {
     const auto once = drawn(u"Hz", 20, 1, 5, 40), twice = drawn(u"Hz", 20, 2, 5, 40);
