@@ -26,5 +26,7 @@ public:
     std::vector<Mark> marks() const;
 
 private:
+    CGFloat xOf(double mel) const; ///< of the knob's centre, in this view's coordinates
+
     Outlet<ZeFrequencySlider> slider;
 };

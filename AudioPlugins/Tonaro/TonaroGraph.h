@@ -1,16 +1,30 @@
 #pragma once
 
-/// Curves that are drawn with every change of a value: a column of pixels for each point, without the geometry of a
-/// stroke, which would take twenty times as long.
+/// A curve that is drawn again and again: how much of each pixel it covers, without the geometry of a stroke, which
+/// would take twenty times as long.
 
 #include "AppKit/NSAppearance.h"
 #include "CoreGraphics/CGContext.h"
 
+#include <cstdint>
 #include <vector>
 
-/// Draws a curve `width` points wide, with soft edges above and below.
-///
-/// @param heights  y of the curve at the edges of neighbouring columns, one pixel apart, from `area`'s left side on
-/// @param area     nothing is drawn above and below it
-void TonaroDrawGraph(CGContextRef context, const std::vector<CGPoint>& heights, CGRect area, CGFloat width,
-                     NSAppearanceColorName color);
+class TonaroGraph {
+public:
+    TonaroGraph() = default; ///< draws nothing
+    /// A curve `width` points wide, with soft edges above and below.
+    ///
+    /// @param ctm      of the contexts in which it will be drawn
+    /// @param heights  y of the curve at the edges of neighbouring columns, one pixel apart, from `area`'s left side on
+    /// @param area     nothing is drawn above and below it
+    TonaroGraph(const CGAffineTransform& ctm, const std::vector<CGPoint>& heights, CGRect area, CGFloat width);
+
+    void draw(CGContextRef context, NSAppearanceColorName color) const;
+
+private:
+    void fill(std::size_t column, CGFloat top, CGFloat bottom);
+
+    CGPoint mOrigin; // in pixels of the device
+    std::size_t mColumns = 0, mRows = 0, mBytesPerRow = 0;
+    std::vector<std::uint8_t> mCoverage;
+};

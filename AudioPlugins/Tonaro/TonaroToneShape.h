@@ -21,7 +21,8 @@ struct TonaroToneShape {
     /// The frequency of a height, in whole hertz from 100 Hz on, else in hundredths; at least 0.01 Hz.
     double hzOf(double height) const;
 
-    /// The path of the frequency inside a rectangle, y downwards; points at most `step` apart.
+    /// The path of the frequency inside a rectangle, y downwards; points at most `step` apart. The start frequency all
+    /// along where it isn't asked as if it swept.
     std::vector<CGPoint> path(CGRect inside, bool asIfItSwept, CGFloat step = 4) const;
     /// The wave inside a rectangle: the higher the frequency, the shorter its periods, but never too short to be seen.
     std::vector<CGPoint> wave(CGRect inside, CGFloat step = 1.5) const;

@@ -3,8 +3,8 @@
 #include "AppKit/NSAppearance.h"
 #include "AppKit/NSGraphicsContext.h"
 #include "AppKit/NSRoundedRect.h"
+#include "AppKit/NSStill.h"
 #include "AppKit/NSWindow.h"
-#include "TonaroGraph.h"
 
 #include <algorithm>
 #include <cmath>
@@ -179,42 +179,55 @@ void TonaroToneView::drawGrid(CGContextRef context) const
 
 void TonaroToneView::drawPoint(CGContextRef context, NSPoint center, bool isEnabled) const
 {
-    const auto disc = [&](CGFloat radius, NSAppearanceColorName color) {
-        CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
-        CGContextBeginPath(context);
-        CGContextAddEllipseInRect(context, CGRectMake(center.x - radius, center.y - radius, 2 * radius, 2 * radius));
-        CGContextFillPath(context);
+    const CGFloat scale = NSGraphicsContext::currentScale();
+    center.y = std::round(center.y * scale) / scale; // so that the point looks the same everywhere
+    const auto disc = [&](CGContextRef on, CGFloat radius, CGColorRef color) {
+        CGContextSetFillColorWithColor(on, color);
+        CGContextBeginPath(on);
+        CGContextAddEllipseInRect(on, CGRectMake(center.x - radius, center.y - radius, 2 * radius, 2 * radius));
+        CGContextFillPath(on);
     };
-    disc(kPointRadius, isEnabled ? controlAccentColor : disabledAccentColor);
-    disc(kPointRadius - 2, isEnabled ? knobColor : disabledKnobColor);
+    const std::array colors{NSAppearanceColor(isEnabled ? controlAccentColor : disabledAccentColor),
+                            NSAppearanceColor(isEnabled ? knobColor : disabledKnobColor)};
+    const CGRect around =
+        CGRectMake(center.x - kPointRadius, center.y - kPointRadius, 2 * kPointRadius, 2 * kPointRadius);
+    NSDrawStill(context, around, {"point", colors}, [&](CGContextRef on) {
+        disc(on, kPointRadius, colors[0]);
+        disc(on, kPointRadius - 2, colors[1]);
+    });
 }
 
-void TonaroToneView::drawPath(CGContextRef context, bool asIfItSwept) const
+void TonaroToneView::updateCurves(const CGAffineTransform& ctm)
 {
-    const CGRect inside = plot(), area = CGRectMake(inside.origin.x, 0, inside.size.width, bounds().size.height);
-    const auto color = mShape.sweeps || !asIfItSwept ? controlAccentColor : disabledAccentColor;
-    if (asIfItSwept) {
-        const auto path = mShape.path(inside, true, 1 / NSGraphicsContext::currentScale());
-        return TonaroDrawGraph(context, path, area, kPathWidth, color);
-    }
-    CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
-    CGContextFillRect(context, CGRectMake(area.origin.x, startPoint().y - kPathWidth / 2, area.size.width, kPathWidth));
+    const NSSize size = bounds().size;
+    if (mCurves && mCurves->shape == mShape && mCurves->size == size && mCurves->ctm == ctm) return;
+    const CGRect inside = plot(), area = CGRectMake(inside.origin.x, 0, inside.size.width, size.height);
+    const CGFloat column = 1 / ctm.a;
+    mCurves = {mShape,
+               size,
+               ctm,
+               TonaroGraph(ctm, mShape.wave(CGRectInset(inside, 0, kWaveInset), column), inside, 1),
+               TonaroGraph(ctm, mShape.path(inside, true, column), area, kPathWidth),
+               TonaroGraph()};
+    if (!mShape.sweeps) mCurves->level = TonaroGraph(ctm, mShape.path(inside, false, column), area, kPathWidth);
 }
 
-void TonaroToneView::drawRect(NSRect)
+NSRect TonaroToneView::opaqueRect() const
+{
+    constexpr CGFloat kInset = 0.3 * kCorner; // a square's corner touches the arc at 0.29
+    return CGRectInset(bounds(), kInset, kInset);
+}
+
+void TonaroToneView::drawRect(NSRect dirty)
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
-    NSDrawRoundedRect(context, bounds(), kCorner, disabledFieldColor);
+    NSDrawRoundedRect(context, bounds(), dirty, kCorner, disabledFieldColor);
     drawGrid(context);
 
-    const CGRect inside = plot();
-    const auto wave = mShape.wave(CGRectInset(inside, 0, kWaveInset), 1 / NSGraphicsContext::currentScale());
-    TonaroDrawGraph(context, wave, inside, 1, tickColor);
-    if (!mShape.sweeps) {
-        drawPath(context, true);
-        drawPoint(context, endPoint(), false);
-    }
-    drawPath(context, mShape.sweeps);
-    if (mShape.sweeps) drawPoint(context, endPoint(), true);
+    updateCurves(CGContextGetCTM(context));
+    mCurves->wave.draw(context, tickColor);
+    mCurves->sweep.draw(context, mShape.sweeps ? controlAccentColor : disabledAccentColor);
+    drawPoint(context, endPoint(), mShape.sweeps);
+    mCurves->level.draw(context, controlAccentColor);
     drawPoint(context, startPoint(), true);
 }

@@ -5,6 +5,7 @@
 
 #include "AppKit/NSView.h"
 #include "Foundation/NSClass.h"
+#include "TonaroGraph.h"
 #include "TonaroToneShape.h"
 #include "TonaroUnitFollower.h"
 #include "TonaroUnitListener.h"
@@ -22,6 +23,7 @@ public:
     NSPoint startPoint() const; ///< in this view's coordinates
     NSPoint endPoint() const;
 
+    NSRect opaqueRect() const override; ///< all but the corners
     void drawRect(NSRect dirty) override;
     void mouseDown(NSEvent& event) override;
     void mouseDragged(NSEvent& event) override;
@@ -36,6 +38,14 @@ private:
         float before;   ///< Hz
     };
 
+    /// What is drawn of a shape by a certain context.
+    struct Curves {
+        TonaroToneShape shape;
+        NSSize size;
+        CGAffineTransform ctm;
+        TonaroGraph wave, sweep, level; ///< `level` where it doesn't sweep
+    };
+
     CGRect plot() const;
     NSPoint pointOf(double part, double hz) const;
     std::optional<AudioUnitParameterID> parameterAt(NSPoint point) const;
@@ -43,10 +53,11 @@ private:
     void show(AudioUnitParameterID parameter, float value);
     void send(float hz);
     void drawGrid(CGContextRef context) const;
-    void drawPath(CGContextRef context, bool asIfItSwept) const; ///< in grey where it does not sweep
+    void updateCurves(const CGAffineTransform& ctm);
     void drawPoint(CGContextRef context, NSPoint center, bool isEnabled) const;
 
     std::unique_ptr<TonaroUnitListener> mListener;
     TonaroToneShape mShape;
     std::optional<Drag> mDrag;
+    std::optional<Curves> mCurves; // as they were drawn last
 };

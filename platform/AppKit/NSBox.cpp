@@ -16,12 +16,7 @@ NSRect NSBox::opaqueRect() const
 
 void NSBox::drawRect(NSRect dirty)
 {
-    const CGContextRef context = NSGraphicsContext::currentContext();
-    if (CGRectContainsRect(opaqueRect(), dirty)) {
-        CGContextSetFillColorWithColor(context, NSAppearanceColor(NSAppearanceColorName::cardColor));
-        CGContextFillRect(context, dirty);
-        return;
-    }
     using enum NSAppearanceColorName;
-    NSDrawRoundedRect(context, bounds(), NSMetrics::cardCornerRadius, cardColor, cardBorderColor);
+    NSDrawRoundedRect(NSGraphicsContext::currentContext(), bounds(), dirty, NSMetrics::cardCornerRadius, cardColor,
+                      cardBorderColor);
 }

@@ -1,5 +1,6 @@
 #include "AppKit/NSControlDrawing.h"
 
+#include "AppKit/NSStill.h"
 #include "AppKit/NSWindow.h"
 
 #include <cmath>
@@ -14,12 +15,15 @@ void NSFillRounded(CGContextRef context, NSRect rect, CGFloat radius, NSAppearan
 
 void NSDrawBox(CGContextRef context, NSRect rect, const NSBoxStyle& style)
 {
-    NSFillRounded(context, rect, style.radius, style.fill);
-    CGContextSetStrokeColorWithColor(context, NSAppearanceColor(style.border));
-    CGContextSetLineWidth(context, 1);
-    CGContextBeginPath(context);
-    CGContextAddRoundedRect(context, CGRectInset(rect, 0.5, 0.5), style.radius - 0.5);
-    CGContextStrokePath(context);
+    const std::array colors{NSAppearanceColor(style.fill), NSAppearanceColor(style.border)};
+    NSDrawStill(context, rect, {"box", colors, {style.radius}}, [&](CGContextRef on) {
+        NSFillRounded(on, rect, style.radius, style.fill);
+        CGContextSetStrokeColorWithColor(on, colors[1]);
+        CGContextSetLineWidth(on, 1);
+        CGContextBeginPath(on);
+        CGContextAddRoundedRect(on, CGRectInset(rect, 0.5, 0.5), style.radius - 0.5);
+        CGContextStrokePath(on);
+    });
 }
 
 namespace {
@@ -27,6 +31,11 @@ namespace {
 struct Polyline {
     NSPoint from, corner, to;
 };
+
+NSRect SquareAround(NSPoint center, CGFloat size)
+{
+    return CGRectMake(center.x - size / 2, center.y - size / 2, size, size);
+}
 
 void StrokePolyline(CGContextRef context, const Polyline& line, CGFloat width, NSAppearanceColorName color)
 {
@@ -46,15 +55,20 @@ void StrokePolyline(CGContextRef context, const Polyline& line, CGFloat width, N
 
 void NSDrawChevron(CGContextRef context, NSPoint center, NSChevron direction, NSAppearanceColorName color)
 {
-    const CGFloat tip = direction == NSChevron::down ? 2 : -2;
-    const Polyline line = {{center.x - 4, center.y - tip}, {center.x, center.y + tip}, {center.x + 4, center.y - tip}};
-    StrokePolyline(context, line, 1.75, color);
+    const NSStillKey key{"chevron", {NSAppearanceColor(color)}, {}, static_cast<int>(direction)};
+    NSDrawStill(context, SquareAround(center, 12), key, [&](CGContextRef on) {
+        const CGFloat tip = direction == NSChevron::down ? 2 : -2;
+        StrokePolyline(on, {{center.x - 4, center.y - tip}, {center.x, center.y + tip}, {center.x + 4, center.y - tip}},
+                       1.75, color);
+    });
 }
 
 void NSDrawCheckMark(CGContextRef context, NSPoint center, CGFloat size, NSAppearanceColorName color)
 {
-    const auto at = [&](CGFloat x, CGFloat y) { return NSPoint{center.x + x * size, center.y + y * size}; };
-    StrokePolyline(context, {at(-0.26, 0.02), at(-0.07, 0.21), at(0.27, -0.19)}, size / 9, color);
+    NSDrawStill(context, SquareAround(center, size), {"check mark", {NSAppearanceColor(color)}}, [&](CGContextRef on) {
+        const auto at = [&](CGFloat x, CGFloat y) { return NSPoint{center.x + x * size, center.y + y * size}; };
+        StrokePolyline(on, {at(-0.26, 0.02), at(-0.07, 0.21), at(0.27, -0.19)}, size / 9, color);
+    });
 }
 
 void NSDrawLine(CGContextRef context, const NSString* text, CTFontRef font, NSRect rect, NSTextAlignment alignment,

@@ -2,6 +2,7 @@
 
 #include "AppKit/NSControlDrawing.h"
 #include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSStill.h"
 
 #include <cmath>
 
@@ -13,10 +14,13 @@ struct Style {
     std::optional<NSAppearanceColorName> border;
 };
 
-void FillWith(CGContextRef context, NSAppearanceColorName color, std::initializer_list<NSRect> rects)
+bool Touch(NSRect a, NSRect b) { return !CGRectIsEmpty(CGRectIntersection(a, b)); }
+
+void FillWith(CGContextRef context, NSAppearanceColorName color, NSRect dirty, std::initializer_list<NSRect> rects)
 {
     CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
-    for (const NSRect rect : rects) CGContextFillRect(context, rect);
+    for (const NSRect rect : rects)
+        if (Touch(rect, dirty)) CGContextFillRect(context, rect);
 }
 
 void DrawAsCurves(CGContextRef context, NSRect rect, const Style& style)
@@ -39,14 +43,16 @@ void DrawCorner(CGContextRef context, NSRect rect, NSRect corner, const Style& s
     const bool isLeft = corner.origin.x == rect.origin.x, isTop = corner.origin.y == rect.origin.y;
     const NSRect small = CGRectMake(isLeft ? rect.origin.x : CGRectGetMaxX(rect) - size,
                                     isTop ? rect.origin.y : CGRectGetMaxY(rect) - size, size, size);
-    const ScopedGState state(context);
-    CGContextClipToRect(context, corner);
-    DrawAsCurves(context, small, style);
+    const NSStillKey key{"corner",
+                         {NSAppearanceColor(style.fill), style.border ? NSAppearanceColor(*style.border) : nullptr},
+                         {style.radius},
+                         2 * isLeft + isTop};
+    NSDrawStill(context, corner, key, [&](CGContextRef on) { DrawAsCurves(on, small, style); });
 }
 
 } // namespace
 
-void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName fill,
+void NSDrawRoundedRect(CGContextRef context, NSRect rect, NSRect dirty, CGFloat radius, NSAppearanceColorName fill,
                        std::optional<NSAppearanceColorName> border)
 {
     const CGFloat scale = NSGraphicsContext::currentScale();
@@ -56,14 +62,15 @@ void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppe
     if (!NSStandsOnPixels(context, rect) || width < 3 * c || height < 3 * c) return DrawAsCurves(context, rect, style);
 
     const CGFloat right = CGRectGetMaxX(rect), bottom = CGRectGetMaxY(rect), h = style.hairline;
-    FillWith(context, fill,
+    FillWith(context, fill, dirty,
              {CGRectMake(x, y + c, width, height - 2 * c), CGRectMake(x + c, y, width - 2 * c, c),
               CGRectMake(x + c, bottom - c, width - 2 * c, c)});
     if (border)
-        FillWith(context, *border,
+        FillWith(context, *border, dirty,
                  {CGRectMake(x, y + c, h, height - 2 * c), CGRectMake(right - h, y + c, h, height - 2 * c),
                   CGRectMake(x + c, y, width - 2 * c, h), CGRectMake(x + c, bottom - h, width - 2 * c, h)});
     for (const CGFloat cornerX : {x, right - c})
         for (const CGFloat cornerY : {y, bottom - c})
-            DrawCorner(context, rect, CGRectMake(cornerX, cornerY, c, c), style);
+            if (const NSRect corner = CGRectMake(cornerX, cornerY, c, c); Touch(corner, dirty))
+                DrawCorner(context, rect, corner, style);
 }

@@ -1,12 +1,13 @@
 #pragma once
 
-/// Large rounded rectangles, cards for instance: only their corners are drawn as curves, which are small enough to be
-/// drawn by kept masks; the rest is filled.
+/// Large rounded rectangles, cards for instance: only their corners are drawn as curves, and kept as
+/// pictures; the rest is filled.
 
 #include "AppKit/NSAppearance.h"
 
 #include <optional>
 
+/// @param dirty   what of it is needed
 /// @param border  of a hairline inside the edge; opaque
-void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName fill,
+void NSDrawRoundedRect(CGContextRef context, NSRect rect, NSRect dirty, CGFloat radius, NSAppearanceColorName fill,
                        std::optional<NSAppearanceColorName> border = std::nullopt);

@@ -2,6 +2,7 @@
 
 #include "AppKit/NSControlDrawing.h"
 #include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSStill.h"
 #include "Foundation/NSClass.h"
 #include "Foundation/NSCoder.h"
 
@@ -46,12 +47,22 @@ NSPoint OnWholePixels(NSPoint center, bool isVertical)
 
 void DrawKnob(CGContextRef context, NSPoint center, const SliderColors& colors, bool casts)
 {
-    constexpr CGFloat kRadius = NSMetrics::knobRadius;
-    if (casts)
-        for (const CGFloat spread : {1.5, 0.75, 0.0})
-            FillCircle(context, {center.x, center.y + 1}, kRadius + spread - 0.5, shadowColor);
-    FillCircle(context, center, kRadius, colors.border);
-    FillCircle(context, center, kRadius - 1, colors.knob);
+    constexpr CGFloat kRadius = NSMetrics::knobRadius, kReach = kRadius + 2;
+    const NSRect around = CGRectMake(center.x - kReach, center.y - kReach, 2 * kReach, 2 * kReach);
+    const NSStillKey key{"knob", {NSAppearanceColor(colors.border), NSAppearanceColor(colors.knob)}, {}, casts};
+    NSDrawStill(context, around, key, [&](CGContextRef on) {
+        if (casts)
+            for (const CGFloat spread : {1.5, 0.75, 0.0})
+                FillCircle(on, {center.x, center.y + 1}, kRadius + spread - 0.5, shadowColor);
+        FillCircle(on, center, kRadius, colors.border);
+        FillCircle(on, center, kRadius - 1, colors.knob);
+    });
+}
+
+void DrawTrack(CGContextRef context, NSRect track, NSAppearanceColorName color)
+{
+    NSDrawStill(context, track, {"track", {NSAppearanceColor(color)}},
+                [&](CGContextRef on) { NSFillRounded(on, track, NSMetrics::trackThickness / 2, color); });
 }
 
 } // namespace
@@ -132,7 +143,7 @@ void NSSliderCell::drawWithFrame(NSRect frame, NSView& view)
     const SliderColors colors = ColorsOf(*this, NSShowsFocus(view));
     const NSPoint knob = OnWholePixels(knobCenterForValue(doubleValue(), frame), mVertical);
     constexpr CGFloat kThickness = NSMetrics::trackThickness;
-    NSRect track = frame, fill;
+    NSRect track = frame, fill; // up to the middle of the knob, which covers where it is cut off
     if (mVertical) {
         track = CGRectMake(knob.x - kThickness / 2, frame.origin.y, kThickness, frame.size.height);
         fill = CGRectMake(track.origin.x, knob.y, kThickness, CGRectGetMaxY(frame) - knob.y);
@@ -140,7 +151,11 @@ void NSSliderCell::drawWithFrame(NSRect frame, NSView& view)
         track = CGRectMake(frame.origin.x, knob.y - kThickness / 2, frame.size.width, kThickness);
         fill = CGRectMake(track.origin.x, track.origin.y, knob.x - frame.origin.x, kThickness);
     }
-    NSFillRounded(context, track, kThickness / 2, colors.track);
-    NSFillRounded(context, fill, kThickness / 2, colors.fill);
+    DrawTrack(context, track, colors.track);
+    {
+        const ScopedGState state(context);
+        CGContextClipToRect(context, fill);
+        DrawTrack(context, track, colors.fill);
+    }
     DrawKnob(context, knob, colors, isEnabled());
 }

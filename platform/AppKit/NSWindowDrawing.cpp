@@ -91,21 +91,22 @@ void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
     const ScopedGState state(context);
     CGContextTranslateCTM(context, origin.x, origin.y);
     CGContextClipToRect(context, view.bounds());
-    const auto subviews = view.subviews();                // a view may change the tree while it draws
+    std::vector<RetainPtr<NSView>> touched; // a view may change the tree while it draws
+    for (const auto& subview : view.subviews())
+        if (!CGRectIsEmpty(CGRectIntersection(subview->frame(), part))) touched.push_back(subview);
     const bool isWhole = NSStandsOnPixels(context, part); // of a pixel that an edge cuts, nobody fills the rest
-    const auto covering = std::find_if(subviews.rbegin(), subviews.rend(),
+    const auto covering = std::find_if(touched.rbegin(), touched.rend(),
                                        [&](const auto& subview) { return isWhole && Covers(*subview, part); });
-    auto first = subviews.begin();
-    if (covering != subviews.rend()) {
+    auto first = touched.begin();
+    if (covering != touched.rend()) {
         first = std::prev(covering.base());
     } else {
-        for (const NSRect& uncovered : UncoveredParts(view, part, CGContextGetCTM(context))) {
-            const ScopedGState ofTheView(context);
-            CGContextClipToRect(context, uncovered);
-            view.drawRect(uncovered);
-        }
+        const std::vector<NSRect> uncovered = UncoveredParts(view, part, CGContextGetCTM(context));
+        const ScopedGState ofTheView(context);
+        CGContextClipToRects(context, uncovered);
+        if (!uncovered.empty()) view.drawRect(part);
     }
-    for (; first != subviews.end(); ++first) DrawTree(**first, context, part);
+    for (; first != touched.end(); ++first) DrawTree(**first, context, part);
 }
 
 } // namespace
@@ -115,7 +116,7 @@ void NSWindow::setNeedsDisplayInRect(NSRect rect) { markDirty(CGRectIntersection
 void NSWindow::markDirty(NSRect rect)
 {
     if (mClosed || CGRectIsEmpty(rect)) return;
-    if (mVisible && mDirty.empty()) CFRunLoopWakeUp(CFRunLoopGetCurrent());
+    if (mVisible) CFRunLoopWakeUp(CFRunLoopGetCurrent());
     mDirty.add(rect);
 }
 

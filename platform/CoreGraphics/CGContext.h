@@ -35,6 +35,7 @@ using CGContextRef = CGContext*;
 /// x' = a x + c y + tx, y' = b x + d y + ty
 struct CGAffineTransform {
     CGFloat a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
+    bool operator==(const CGAffineTransform&) const = default;
 };
 
 // --- birth and pixels
@@ -114,10 +115,20 @@ void CGContextFillPath(CGContextRef context);
 void CGContextStrokePath(CGContextRef context);
 void CGContextClip(CGContextRef context);
 void CGContextClipToRect(CGContextRef context, CGRect rect);
+/// To all of them together; where they overlap, it is clipped once.
+void CGContextClipToRects(CGContextRef context, std::span<const CGRect> rects);
 
 // --- drawing that leaves the current path alone
 
 void CGContextFillRect(CGContextRef context, CGRect rect);
+/// How much of each pixel is covered, 255 for all of it: the first pixel first, rows `bytesPerRow` apart.
+struct CGCoverage {
+    std::size_t width, height, bytesPerRow; ///< the last a multiple of 4
+    const std::uint8_t* bytes;
+};
+/// Fills what is covered, wherever the transformation would put it: the first pixel lies at `devicePixel`, which is
+/// whole. Nothing for a size that no picture has.
+void CGContextFillCoverage(CGContextRef context, CGPoint devicePixel, const CGCoverage& coverage);
 /// A line from each point of even index to the one after it.
 void CGContextStrokeLineSegments(CGContextRef context, const CGPoint* points, std::size_t count);
 /// A line of the state's width along the edges of `rect`.

@@ -2,7 +2,6 @@
 
 #include "CoreGraphics/CGCairo.h"
 #include "CoreGraphics/CGContextPrivate.h"
-#include "CoreGraphics/CGPathMasks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -101,7 +100,6 @@ void fillElements(CGContextRef context, const CGPathElements& elements, CGColorR
     if (!drawing) return;
     drawInColor(drawing.cairo(), color, context->state().current, [&] {
         cairo_set_fill_rule(drawing.cairo(), rule);
-        if (CGDrawByMask(drawing.cairo(), elements, {})) return;
         CGReplay(drawing.cairo(), elements);
         cairo_fill(drawing.cairo());
     });
@@ -114,9 +112,7 @@ void strokeElements(CGContextRef context, const CGPathElements& elements)
     const CGContext::State::GState& state = context->state().current;
     drawInColor(drawing.cairo(), state.stroke, state, [&] {
         const CGFloat widest = kWidestLine / std::sqrt(std::abs(determinant(state.ctm)));
-        const CGFloat width = std::min(state.lineWidth, widest);
-        cairo_set_line_width(drawing.cairo(), width);
-        if (CGDrawByMask(drawing.cairo(), elements, CGPen{width, state.ctm})) return;
+        cairo_set_line_width(drawing.cairo(), std::min(state.lineWidth, widest));
         CGReplay(drawing.cairo(), elements);
         cairo_stroke(drawing.cairo());
     });
@@ -200,11 +196,36 @@ void CGContextClipToRect(CGContextRef context, CGRect rect)
     if (context && CGIsFinite(rect)) clipToElements(context, CGElementsOfRect(context->state().current.ctm, rect));
 }
 
+void CGContextClipToRects(CGContextRef context, std::span<const CGRect> rects)
+{
+    if (!context) return;
+    CGPathElements all;
+    for (const CGRect& rect : rects) {
+        const CGPathElements one = CGElementsOfRect(context->state().current.ctm, rect);
+        all.insert(all.end(), one.begin(), one.end());
+    }
+    clipToElements(context, all);
+}
+
 void CGContextFillRect(CGContextRef context, CGRect rect)
 {
     if (!context) return;
     const CGContext::State::GState& state = context->state().current;
     fillElements(context, CGElementsOfRect(state.ctm, rect), state.fill);
+}
+
+void CGContextFillCoverage(CGContextRef context, CGPoint devicePixel, const CGCoverage& coverage)
+{
+    const CGDrawing drawing(context);
+    if (!drawing || !coverage.bytes || !CGIsImageSize(coverage.width, coverage.height)) return;
+    const CairoSurface mask(cairo_image_surface_create_for_data(
+        const_cast<std::uint8_t*>(coverage.bytes), CAIRO_FORMAT_A8, static_cast<int>(coverage.width),
+        static_cast<int>(coverage.height), static_cast<int>(coverage.bytesPerRow)));
+    const CGContext::State::GState& state = context->state().current;
+    drawInColor(drawing.cairo(), state.fill, state, [&] {
+        cairo_identity_matrix(drawing.cairo());
+        cairo_mask_surface(drawing.cairo(), mask.get(), devicePixel.x, devicePixel.y);
+    });
 }
 
 void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width)
@@ -239,10 +260,14 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
     cairo_matrix_scale(&placed, rect.size.width / static_cast<CGFloat>(CGImageGetWidth(image)),
                        rect.size.height / static_cast<CGFloat>(CGImageGetHeight(image)));
     const bool oneToOne = keepsPixelsWhole(placed) && std::round(placed.xx) == 1 && std::round(placed.yy) == 1;
+    const bool endsWithItself = oneToOne && cairo_get_operator(drawing.cairo()) == CAIRO_OPERATOR_OVER;
     // the edge pixels extend outward, else they would be mixed with the nothing around the image
-    if (!setImageSource(drawing.cairo(), image, placed, CAIRO_EXTEND_PAD, oneToOne)) return;
-    CGReplay(drawing.cairo(), CGElementsOfRect(state.ctm, rect));
-    cairo_clip(drawing.cairo());
+    const cairo_extend_t extend = endsWithItself ? CAIRO_EXTEND_NONE : CAIRO_EXTEND_PAD;
+    if (!setImageSource(drawing.cairo(), image, placed, extend, oneToOne)) return;
+    if (!endsWithItself) {
+        CGReplay(drawing.cairo(), CGElementsOfRect(state.ctm, rect));
+        cairo_clip(drawing.cairo());
+    }
     cairo_paint_with_alpha(drawing.cairo(), state.alpha);
 }
 

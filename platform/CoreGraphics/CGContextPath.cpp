@@ -105,6 +105,7 @@ void PathBuilder::roundedRect(CGRect r, CGSize radii)
     const CGFloat left = minX + radii.width, right = maxX - radii.width;
     const CGFloat top = minY + radii.height, bottom = maxY - radii.height;
     const CGFloat dx = kReach * radii.width, dy = kReach * radii.height;
+    if (mElements.empty()) mElements.reserve(10);
     moveTo({left, minY});
     lineTo({right, minY});
     curveTo({maxX - dx, minY}, {maxX, minY + dy}, {maxX, top});
@@ -153,6 +154,7 @@ bool CGIsFinite(CGRect r) { return isFinite(r.origin) && isFinite({CGRectGetMaxX
 CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect)
 {
     CGPathElements elements;
+    elements.reserve(5);
     PathBuilder(elements, ctm).rect(rect);
     return elements;
 }

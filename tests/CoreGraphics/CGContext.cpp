@@ -159,6 +159,38 @@ TEST(CGContext, FramesTheInsideOfARectangle)
     EXPECT_EQ(drawingOf(context, kInk), ".#####\n.#.###\n.#.###\n.#.###\n......\n");
 }
 
+TEST(CGContext, FillsAsMuchAsIsCovered)
+{
+    const std::uint8_t bytes[] = {255, 128, 0, 77, 0, 64, 255, 77}; // the last of each row is no pixel
+    auto context = CGBitmapContextCreate(6, 4);
+    const auto red = CGColorCreateRGBA(1, 0, 0, 1);
+    CGContextSetFillColorWithColor(context, red);
+    CGContextScaleCTM(context, 3, 3); // says nothing about whole pixels
+    CGContextFillCoverage(context, {1, 1}, {3, 2, 4, bytes});
+    CGContextFillCoverage(context, {4, 3}, {3, 2, 4, bytes}); // leaves the bitmap
+    CGContextFillCoverage(context, {0, 0}, {0, 2, 4, bytes});
+    CGContextFillCoverage(context, {0, 0}, {3, 2, 4, nullptr});
+    EXPECT_EQ(drawingOf(context, {{"00000000", '.'}, {"ff0000ff", '#'}, {"80000080", '+'}, {"40000040", '-'}}),
+              "......\n"
+              ".#+...\n"
+              "..-#..\n"
+              "....#+\n");
+}
+
+TEST(CGContext, ClipsToSeveralRectangles)
+{
+    const CGRect rects[] = {CGRectMake(0, 0, 2, 1), CGRectMake(1, 0, 2, 2)};
+    auto context = CGBitmapContextCreate(4, 2);
+    const auto fillAllInside = [&](std::span<const CGRect> parts) {
+        const ScopedGState state(context);
+        CGContextClipToRects(context, parts);
+        fill(context, CGRectMake(0, 0, 4, 2), 1, 0, 0, 0.5);
+    };
+    fillAllInside({});
+    fillAllInside(rects);
+    EXPECT_EQ(drawingOf(context, {{"00000000", '.'}, {"80000080", '+'}}), "+++.\n.++.\n");
+}
+
 TEST(CGContext, RestoresEverythingItSaved)
 {
     const auto context = CGBitmapContextCreate(4, 2);

@@ -66,9 +66,16 @@ public:
     /// The one view of a kind without an outlet.
     template <typename T> T& only() const
     {
-        for (const RetainPtr<NSView>& inner : view->subviews())
-            if (auto* found = asKind<T>(inner.get())) return *found;
+        if (T* const found = firstIn<T>(*view)) return *found;
         throw std::runtime_error("no such view");
+    }
+    template <typename T> static T* firstIn(const NSView& outer)
+    {
+        for (const RetainPtr<NSView>& inner : outer.subviews()) {
+            if (auto* found = asKind<T>(inner.get())) return found;
+            if (auto* found = firstIn<T>(*inner)) return found;
+        }
+        return nullptr;
     }
 
     void show(AudioUnitParameterID parameter, float value) const
