@@ -14,10 +14,10 @@ public:
     TonaroGraph() = default; ///< draws nothing
     /// A curve `width` points wide, with soft edges above and below.
     ///
-    /// @param ctm      of the contexts in which it will be drawn
-    /// @param heights  y of the curve at the edges of neighbouring columns, one pixel apart, from `area`'s left side on
-    /// @param area     nothing is drawn above and below it
-    TonaroGraph(const CGAffineTransform& ctm, const std::vector<CGPoint>& heights, CGRect area, CGFloat width);
+    /// @param ctm     of the contexts in which it will be drawn
+    /// @param points  two at least, from left to right
+    /// @param area    from its left to its right side, and nothing above and below it
+    TonaroGraph(const CGAffineTransform& ctm, const std::vector<CGPoint>& points, CGRect area, CGFloat width);
 
     void draw(CGContextRef context, NSAppearanceColorName color) const;
 

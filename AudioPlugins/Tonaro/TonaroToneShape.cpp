@@ -56,7 +56,7 @@ double TonaroToneShape::hzOf(double height) const
 std::vector<CGPoint> TonaroToneShape::path(CGRect inside, bool asIfItSwept, CGFloat step) const
 {
     std::vector<CGPoint> points;
-    const int count = stepsIn(inside.size.width, step);
+    const int count = asIfItSwept ? stepsIn(inside.size.width, step) : 1;
     for (int i = 0; i <= count; ++i) {
         const double height = heightOf(asIfItSwept ? hzAt(double(i) / count) : startHz);
         points.push_back(

@@ -202,14 +202,14 @@ void TonaroToneView::updateCurves(const CGAffineTransform& ctm)
     const NSSize size = bounds().size;
     if (mCurves && mCurves->shape == mShape && mCurves->size == size && mCurves->ctm == ctm) return;
     const CGRect inside = plot(), area = CGRectMake(inside.origin.x, 0, inside.size.width, size.height);
-    const CGFloat column = 1 / ctm.a;
+    const CGFloat column = 1 / ctm.a, step = 4 * column; // a line of that length strays by less than a tenth of a pixel
     mCurves = {mShape,
                size,
                ctm,
                TonaroGraph(ctm, mShape.wave(CGRectInset(inside, 0, kWaveInset), column), inside, 1),
-               TonaroGraph(ctm, mShape.path(inside, true, column), area, kPathWidth),
+               TonaroGraph(ctm, mShape.path(inside, true, step), area, kPathWidth),
                TonaroGraph()};
-    if (!mShape.sweeps) mCurves->level = TonaroGraph(ctm, mShape.path(inside, false, column), area, kPathWidth);
+    if (!mShape.sweeps) mCurves->level = TonaroGraph(ctm, mShape.path(inside, false, step), area, kPathWidth);
 }
 
 NSRect TonaroToneView::opaqueRect() const
