@@ -22,9 +22,15 @@ public:
     void draw(CGContextRef context, NSAppearanceColorName color) const;
 
 private:
-    void fill(std::size_t column, CGFloat top, CGFloat bottom);
+    /// Neighbouring columns, from the highest pixel that the curve touches there to the lowest.
+    struct Strip {
+        CGPoint origin; ///< pixels of the device
+        std::size_t columns, rows;
+        std::size_t bytesPerRow = (columns + 3) / 4 * 4;
+        std::vector<std::uint8_t> coverage = std::vector<std::uint8_t>(bytesPerRow * rows);
 
-    CGPoint mOrigin; // in pixels of the device
-    std::size_t mColumns = 0, mRows = 0, mBytesPerRow = 0;
-    std::vector<std::uint8_t> mCoverage;
+        Strip(CGPoint at, std::size_t width, std::size_t height) : origin(at), columns(width), rows(height) {}
+        void fill(std::size_t column, CGFloat top, CGFloat bottom);
+    };
+    std::vector<Strip> mStrips;
 };

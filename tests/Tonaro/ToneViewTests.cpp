@@ -37,6 +37,44 @@ TEST(TonaroToneShape, FollowsTheSweep)
     EXPECT_TRUE(std::is_sorted(path.begin(), path.end(), [](CGPoint a, CGPoint b) { return a.y > b.y; }));
 }
 
+TEST(TonaroGraph, CoversEachColumnByItsWidthAndItsRise)
+{
+    const struct {
+        const char* what;
+        double (*yAt)(double x);
+        CGFloat step; ///< between points
+    } kCurves[] = {
+        {"flat", [](double) { return 30.0; }, 400},
+        {"rising slowly, in strips", [](double x) { return 50 - x / 20; }, 4},
+        {"a wave, in one piece", [](double x) { return 30 + 25 * std::sin(x / 5); }, 0.5},
+    };
+    for (const CGFloat scale : {1.0, 2.0}) {
+        for (const auto& curve : kCurves) {
+            const auto context = CGBitmapContextCreate(1000, 130);
+            CGContextTranslateCTM(context, 3, 0.25);
+            CGContextScaleCTM(context, scale, scale);
+            std::vector<CGPoint> points;
+            for (CGFloat x = 10; x <= 410; x += curve.step) points.push_back({x, curve.yAt(x - 10)});
+            const TonaroGraph graph(CGContextGetCTM(context), points, {{10, 2}, {400, 60}}, 2);
+            graph.draw(context, NSAppearanceColorName::textColor);
+            const auto pixels = CGBitmapContextGetPixels(context);
+            const auto inkIn = [&](std::size_t column) {
+                double ink = 0;
+                for (std::size_t row = 0; row < 130; ++row) ink += pixels[4 * (1000 * row + column) + 3] / 255.0;
+                return ink;
+            };
+            const auto first = static_cast<std::size_t>(10 * scale + 3), count = static_cast<std::size_t>(400 * scale);
+            EXPECT_EQ(inkIn(first - 1) + inkIn(first + count), 0) << "beside it";
+            int wrong = 0;
+            for (std::size_t i = 0; i < count; ++i) {
+                const double from = curve.yAt(double(i) / scale), to = curve.yAt(double(i + 1) / scale);
+                if (std::abs(inkIn(first + i) - scale * (2 + std::abs(to - from))) > 0.05 * scale) ++wrong;
+            }
+            EXPECT_EQ(wrong, 0) << curve.what << " at " << scale;
+        }
+    }
+}
+
 TEST(TonaroToneShape, HasFiniteWavesInsideItsRectangle)
 {
     for (const double hz : {0.0, -1.0, 440.0, 1e30}) {
