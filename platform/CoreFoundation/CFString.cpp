@@ -1,7 +1,6 @@
 #include "CoreFoundation/CFString.h"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 
 namespace {
@@ -87,7 +86,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
         if (lost && lossByte == 0) break;
         const std::string bytes = Encode(encoding, lost ? char32_t{lossByte} : point.value);
         if (buffer && (maxBytes < 0 || used + bytes.size() > static_cast<std::size_t>(maxBytes))) break;
-        if (buffer) std::memcpy(buffer + used, bytes.data(), bytes.size());
+        if (buffer) std::copy(bytes.begin(), bytes.end(), buffer + used);
         used += bytes.size();
         at += point.units;
     }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <ranges>
 
 NS_CLASS_TABLE(NSBundle, NSObject, "")
 NS_CLASS_TABLE_END
@@ -148,9 +149,11 @@ std::vector<std::string> NSBundle::folders() const
 std::string NSBundle::pathForResource(std::string_view name, std::string_view extension) const
 {
     if (name.empty()) return {};
-    const std::string file = std::string(name) + (extension.empty() ? "" : ".") + std::string(extension);
-    for (const std::string& folder : folders())
-        if (IsFile(folder + "/" + file)) return folder + "/" + file;
+    std::string file("/");
+    file.append(name);
+    if (!extension.empty()) file.append(".").append(extension);
+    for (std::string path : folders())
+        if (IsFile(path.append(file))) return path;
     return {};
 }
 
@@ -171,8 +174,8 @@ const NSDictionary* NSBundle::table(const std::string& name) const
     // Choice: a text that the best language lacks comes from the next one. Test: NSBundle.TextsFallBackOneByOne
     auto merged = make<NSMutableDictionary>();
     const std::vector<std::string> all = folders();
-    for (auto folder = all.rbegin(); folder != all.rend(); ++folder) {
-        const std::string file = *folder + "/" + name + ".strings";
+    for (std::string file : std::views::reverse(all)) {
+        file.append("/").append(name).append(".strings");
         std::string bytes, error = file + ": can't be read";
         if (!IsFile(file)) continue;
         const auto texts = NSReadFile(file, bytes) ? NSReadStrings(bytes, file, &error) : nullptr;
@@ -208,7 +211,7 @@ std::vector<std::string> NSBundle::preferredLanguages()
     return languages;
 }
 
-void NSBundle::setPreferredLanguages(std::vector<std::string> languages)
+void NSBundle::setPreferredLanguages(const std::vector<std::string>& languages)
 {
     std::vector<std::string>& all = TheShared().languages;
     all.clear();

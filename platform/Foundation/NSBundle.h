@@ -50,7 +50,7 @@ public:
     /// English behind them: "de_AT", "de", "en". Text for people is for these.
     static std::vector<std::string> preferredLanguages();
     /// Takes the place of the environment; empty goes back to it.
-    static void setPreferredLanguages(std::vector<std::string> languages);
+    static void setPreferredLanguages(const std::vector<std::string>& languages);
 
 private:
     std::vector<std::string> folders() const; ///< where a resource may be, best first

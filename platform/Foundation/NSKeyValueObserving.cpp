@@ -2,6 +2,7 @@
 #include "Foundation/NSString.h"
 
 #include <algorithm>
+#include <ranges>
 #include <unordered_map>
 
 namespace {
@@ -119,7 +120,8 @@ std::shared_ptr<NSObservation> NSObserve(NSObject* observed, NSObject* observer,
 
 void NSStopObserving(const std::shared_ptr<NSObservation>& observation)
 {
-    const auto keep = observation; // the argument may stand in one of the lists
+    // the argument may stand in one of the lists
+    const auto keep = observation; // NOLINT(performance-unnecessary-copy-initialization)
     keep->alive = false;
     CutSteps(keep, 0);
     Delist(keep->observed, keep);
@@ -156,11 +158,11 @@ void NSObject::removeObserverForKeyPath(NSObject* observer, const NSString* keyP
     const auto found = TheParticipants().find(this);
     if (found == TheParticipants().end()) return;
     const Observations list = found->second;
-    for (auto last = list.rbegin(); last != list.rend(); ++last) {
-        const NSObservation& each = **last;
+    for (const auto& last : std::views::reverse(list)) {
+        const NSObservation& each = *last;
         if (each.bound || each.observed != this || each.observer != observer || !each.keyPath->isEqual(keyPath))
             continue;
-        NSStopObserving(*last);
+        NSStopObserving(last);
         return;
     }
 }

@@ -105,16 +105,14 @@ bool PrintPlain(ZeString& out, const wchar_t* format, va_list args)
             to = WriteDigits<10>(to, va_arg(args, unsigned), width);
         } else if (conversion == L'x') {
             to = WriteDigits<16>(to, va_arg(args, unsigned), width);
-        } else if (width != 0) {
-            return false;
-        } else if (conversion == L'd') {
+        } else if (width == 0 && conversion == L'd') {
             const int number = va_arg(args, int);
             to = WriteSigned(to, static_cast<unsigned>(number), number < 0);
-        } else if (conversion == L'l' && *format == L'd') {
+        } else if (width == 0 && conversion == L'l' && *format == L'd') {
             ++format;
             const long number = va_arg(args, long);
             to = WriteSigned(to, static_cast<unsigned long>(number), number < 0);
-        } else if (conversion == L'c') {
+        } else if (width == 0 && conversion == L'c') {
             *to = static_cast<wchar_t>(va_arg(args, int));
             if (!*to++) return false; // a NUL ends the text
         } else {
