@@ -12,7 +12,7 @@
 class TonaroGraph {
 public:
     TonaroGraph() = default; ///< draws nothing
-    /// A curve `width` points wide, with soft edges above and below.
+    /// A curve `width` points wide.
     ///
     /// @param ctm     of the contexts in which it will be drawn
     /// @param points  two at least, from left to right
@@ -30,7 +30,7 @@ private:
         std::vector<std::uint8_t> coverage = std::vector<std::uint8_t>(bytesPerRow * rows);
 
         Strip(CGPoint at, std::size_t width, std::size_t height) : origin(at), columns(width), rows(height) {}
-        void fill(std::size_t column, CGFloat top, CGFloat bottom);
+        void cover(std::size_t column, CGFloat top, CGFloat bottom, int weight);
     };
     std::vector<Strip> mStrips;
 };

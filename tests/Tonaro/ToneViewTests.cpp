@@ -37,7 +37,7 @@ TEST(TonaroToneShape, FollowsTheSweep)
     EXPECT_TRUE(std::is_sorted(path.begin(), path.end(), [](CGPoint a, CGPoint b) { return a.y > b.y; }));
 }
 
-TEST(TonaroGraph, CoversEachColumnByItsWidthAndItsRise)
+TEST(TonaroGraph, IsAsWideAcrossTheCurveEverywhere)
 {
     const struct {
         const char* what;
@@ -46,7 +46,7 @@ TEST(TonaroGraph, CoversEachColumnByItsWidthAndItsRise)
     } kCurves[] = {
         {"flat", [](double) { return 30.0; }, 400},
         {"rising slowly, in strips", [](double x) { return 50 - x / 20; }, 4},
-        {"a wave, in one piece", [](double x) { return 30 + 25 * std::sin(x / 5); }, 0.5},
+        {"a wave, in one piece", [](double x) { return 30 + 24 * std::sin(x / 12); }, 0.5},
     };
     for (const CGFloat scale : {1.0, 2.0}) {
         for (const auto& curve : kCurves) {
@@ -66,9 +66,10 @@ TEST(TonaroGraph, CoversEachColumnByItsWidthAndItsRise)
             const auto first = static_cast<std::size_t>(10 * scale + 3), count = static_cast<std::size_t>(400 * scale);
             EXPECT_EQ(inkIn(first - 1) + inkIn(first + count), 0) << "beside it";
             int wrong = 0;
-            for (std::size_t i = 0; i < count; ++i) {
+            for (std::size_t i = 2; i + 2 < count; ++i) { // the pen is round, and ends there
                 const double from = curve.yAt(double(i) / scale), to = curve.yAt(double(i + 1) / scale);
-                if (std::abs(inkIn(first + i) - scale * (2 + std::abs(to - from))) > 0.05 * scale) ++wrong;
+                const double wanted = scale * 2 * std::hypot(1, (to - from) * scale);
+                if (std::abs(inkIn(first + i) - wanted) > 0.07 * wanted) ++wrong;
             }
             EXPECT_EQ(wrong, 0) << curve.what << " at " << scale;
         }
