@@ -8,9 +8,10 @@
 #include "AppKit/NSWindow.h"
 #include "AudioUnit/AUEventListener.h"
 #include "CoreFoundation/CFRunLoop.h"
+#include "Figures.h"
 #include "Foundation/NSAutoreleasePool.h"
-#include "Foundation/NSBundle.h"
 #include "Process.h"
+#include "Standalone/Bundles.h"
 #include "TonaroCocoaViewFactory.h"
 #include "ToneUnit/ToneUnit.h"
 #include "X11/X11Display.h"
@@ -19,7 +20,6 @@
 #include <atomic>
 #include <cairo.h>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
@@ -37,15 +37,6 @@ template <auto Release> struct Releaser {
 };
 using Surface = std::unique_ptr<cairo_surface_t, Releaser<cairo_surface_destroy>>;
 using Context = std::unique_ptr<cairo_t, Releaser<cairo_destroy>>;
-
-void print(const char* name, double value) { std::printf("%s %.6g\n", name, value); }
-
-void registerBundles()
-{
-    const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "lib" / "tonaro";
-    if (const auto host = NSBundle::bundleWithPath(folder / "org.tonaro.host.bundle")) NSBundle::setMainBundle(host);
-    if (const auto view = NSBundle::bundleWithPath(folder / "org.tonaro.view.bundle")) NSBundle::registerBundle(view);
-}
 
 struct Editor {
     ToneUnit unit;
@@ -75,13 +66,6 @@ template <typename Call> double secondsOf(Call&& call)
     const double before = ThreadSeconds();
     call();
     return ThreadSeconds() - before;
-}
-
-double medianOf(std::vector<double>& values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 void measureRedraw()
@@ -167,7 +151,7 @@ int main(int argc, char** argv)
     const NSAutoreleasePool pool;
     const std::string_view name = argc > 1 ? argv[1] : "";
     try {
-        registerBundles();
+        registerBundles(bundlesOfProgram());
         if (name == "redraw")
             measureRedraw();
         else if (name == "hundred")

@@ -1,27 +1,17 @@
 #include "Measurements.h"
 
 #include "BareHost.h"
+#include "Figures.h"
 #include "Process.h"
 #include "Traffic.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <stdexcept>
 
 namespace {
 
 constexpr int kWidth = 1200, kHeight = 1000; // of the host's window
 constexpr double kPatience = 10;             // seconds until an editor counts as dead
-
-void print(const char* name, double value) { std::printf("%s %.6g\n", name, value); }
-
-double medianOf(std::vector<double> values)
-{
-    if (values.empty()) throw std::runtime_error("nothing was measured");
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 /// Processor time of all threads but those of the host.
 double editorSeconds(const Screen& screen) { return ProcessSeconds() - screen.watchingSeconds(); }
