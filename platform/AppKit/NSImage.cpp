@@ -28,19 +28,19 @@ bool NSImage::initByReferencingFile(const NSString* path)
     return init();
 }
 
-const NSImage::Lazy& NSImage::read(std::size_t variant)
+const RetainPtr<const CGImage>& NSImage::read(std::size_t variant)
 {
     Lazy& lazy = mVariants[variant];
-    if (std::exchange(lazy.tried, true)) return lazy;
+    if (std::exchange(lazy.tried, true)) return lazy.image;
     const std::filesystem::path plain(mPath);
     const bool isOptional = variant != kPlain;
     const std::string name = plain.stem().string() + kVariants[variant].suffix + plain.extension().string();
     const std::string path = isOptional ? (plain.parent_path() / name).string() : mPath;
     std::error_code ignored;
-    if (isOptional && !std::filesystem::exists(path, ignored)) return lazy;
+    if (isOptional && !std::filesystem::exists(path, ignored)) return lazy.image;
     lazy.image = CGImageCreateWithPNGFile(path);
     if (!lazy.image) NSLog("can't read the image “%s”", path.c_str());
-    return lazy;
+    return lazy.image;
 }
 
 NSImage::Representation NSImage::representationForScale(CGFloat scale)
@@ -50,14 +50,14 @@ NSImage::Representation NSImage::representationForScale(CGFloat scale)
         const Variant& variant = kVariants[i];
         if (variant.scale > 1 && scale < kDoubleFrom) continue;
         if (variant.isDark && NSAppearance::current() != NSAppearanceName::dark) continue;
-        if (const Lazy& found = read(i); found.image) return {found.image, variant.scale};
+        if (const auto& image = read(i)) return {image, variant.scale};
     }
-    return {read(kPlain).image, 1};
+    return {read(kPlain), 1};
 }
 
 NSSize NSImage::size()
 {
-    const CGImageRef image = read(kPlain).image;
+    const CGImageRef image = read(kPlain);
     if (!image) return {};
     return {static_cast<CGFloat>(CGImageGetWidth(image)), static_cast<CGFloat>(CGImageGetHeight(image))};
 }

@@ -34,7 +34,7 @@ private:
         bool tried = false;
         RetainPtr<const CGImage> image;
     };
-    const Lazy& read(std::size_t variant);
+    const RetainPtr<const CGImage>& read(std::size_t variant);
 
     std::string mPath;
     std::array<Lazy, 4> mVariants; // the plain one last
