@@ -109,7 +109,8 @@ inline bool CGIsImageSize(std::uint64_t width, std::uint64_t height)
 
 CGFloat CGUnitValue(CGFloat value); ///< 0 to 1; 0 for not-a-number
 bool CGIsFinite(CGRect rect);
-/// Elements of a rectangle of user space, ready for `CGReplay`.
+/// Elements of rectangles of user space, ready for `CGReplay`; one that isn't finite is left out.
+CGPathElements CGElementsOfRects(const CGAffineTransform& ctm, std::span<const CGRect> rects);
 CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect);
 /// A line for each two points of user space; one with a point that isn't finite is left out.
 CGPathElements CGElementsOfSegments(const CGAffineTransform& ctm, std::span<const CGPoint> points);

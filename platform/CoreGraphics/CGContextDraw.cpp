@@ -198,13 +198,7 @@ void CGContextClipToRect(CGContextRef context, CGRect rect)
 
 void CGContextClipToRects(CGContextRef context, std::span<const CGRect> rects)
 {
-    if (!context) return;
-    CGPathElements all;
-    for (const CGRect& rect : rects) {
-        const CGPathElements one = CGElementsOfRect(context->state().current.ctm, rect);
-        all.insert(all.end(), one.begin(), one.end());
-    }
-    clipToElements(context, all);
+    if (context) clipToElements(context, CGElementsOfRects(context->state().current.ctm, rects));
 }
 
 void CGContextFillRect(CGContextRef context, CGRect rect)
@@ -232,13 +226,9 @@ void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat wid
 {
     if (!context || !(width > 0)) return;
     const CGContext::State::GState& state = context->state().current;
-    CGPathElements frame = CGElementsOfRect(state.ctm, rect);
-    const CGRect hole = CGRectInset(rect, width, width);
-    if (!CGRectIsEmpty(hole)) {
-        const CGPathElements inner = CGElementsOfRect(state.ctm, hole);
-        frame.insert(frame.end(), inner.begin(), inner.end());
-    }
-    fillElements(context, frame, state.stroke, CAIRO_FILL_RULE_EVEN_ODD);
+    const CGRect edges[] = {rect, CGRectInset(rect, width, width)};
+    const auto frame = std::span(edges).first(CGRectIsEmpty(edges[1]) ? 1 : 2);
+    fillElements(context, CGElementsOfRects(state.ctm, frame), state.stroke, CAIRO_FILL_RULE_EVEN_ODD);
 }
 
 void CGContextClearRect(CGContextRef context, CGRect rect)

@@ -151,12 +151,17 @@ CGFloat sweepBetween(CGFloat start, CGFloat end)
 
 bool CGIsFinite(CGRect r) { return isFinite(r.origin) && isFinite({CGRectGetMaxX(r), CGRectGetMaxY(r)}); }
 
-CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect)
+CGPathElements CGElementsOfRects(const CGAffineTransform& ctm, std::span<const CGRect> rects)
 {
     CGPathElements elements;
-    elements.reserve(5);
-    PathBuilder(elements, ctm).rect(rect);
+    elements.reserve(5 * rects.size());
+    for (const CGRect& rect : rects) PathBuilder(elements, ctm).rect(rect);
     return elements;
+}
+
+CGPathElements CGElementsOfRect(const CGAffineTransform& ctm, CGRect rect)
+{
+    return CGElementsOfRects(ctm, {&rect, 1});
 }
 
 CGPathElements CGElementsOfSegments(const CGAffineTransform& ctm, std::span<const CGPoint> points)
