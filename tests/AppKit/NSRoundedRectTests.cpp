@@ -2,6 +2,7 @@
 
 #include "AppKit/NSGraphicsContext.h"
 #include "AppKit/NSRoundedRect.h"
+#include "CoreGraphics/Pixels.h"
 
 #include <gtest/gtest.h>
 
@@ -42,11 +43,7 @@ TEST(NSRoundedRect, LooksAsOneDrawnAsAWhole)
                         NSDrawRoundedRect(pictures[i], rect, rect, 8, cardColor,
                                           bordered ? std::optional(cardBorderColor) : std::nullopt);
                 }
-                const auto whole = CGBitmapContextGetPixels(pictures[0]),
-                           pieces = CGBitmapContextGetPixels(pictures[1]);
-                int worst = 0;
-                for (std::size_t k = 0; k < whole.size(); ++k) worst = std::max(worst, std::abs(whole[k] - pieces[k]));
-                EXPECT_LE(worst, 3);
+                EXPECT_LE(largestDifference(pictures[0], pictures[1]), 3);
             }
         }
     }

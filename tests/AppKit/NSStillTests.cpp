@@ -3,6 +3,7 @@
 #include "AppKit/NSStill.h"
 
 #include "AppKit/NSAppearance.h"
+#include "CoreGraphics/Pixels.h"
 
 #include <gtest/gtest.h>
 
@@ -47,14 +48,6 @@ int timesDrawn(CGContextRef context, CGRect rect, const NSStillKey& key)
         ++times;
     });
     return times;
-}
-
-int largestDifference(CGContextRef a, CGContextRef b)
-{
-    const auto some = CGBitmapContextGetPixels(a), others = CGBitmapContextGetPixels(b);
-    int largest = 0;
-    for (std::size_t i = 0; i < some.size(); ++i) largest = std::max(largest, std::abs(some[i] - others[i]));
-    return largest;
 }
 
 TEST(NSStill, LooksAsDrawnWhereverItStands)

@@ -50,6 +50,15 @@ inline double inkOf(CGContextRef context)
     return ink;
 }
 
+/// Of any byte of two pictures of one size.
+inline int largestDifference(CGContextRef a, CGContextRef b)
+{
+    const auto some = CGBitmapContextGetPixels(a), others = CGBitmapContextGetPixels(b);
+    int largest = 0;
+    for (std::size_t i = 0; i < some.size(); ++i) largest = std::max(largest, std::abs(some[i] - others[i]));
+    return largest;
+}
+
 /// The pixels that have ink; right and bottom lie behind.
 struct InkBox {
     std::size_t left = SIZE_MAX, top = SIZE_MAX, right = 0, bottom = 0;
