@@ -184,14 +184,12 @@ void TonaroToneView::drawPoint(CGContextRef context, NSPoint center, bool isEnab
     const auto disc = [&](CGContextRef on, CGFloat radius, CGColorRef color) {
         CGContextSetFillColorWithColor(on, color);
         CGContextBeginPath(on);
-        CGContextAddEllipseInRect(on, CGRectMake(center.x - radius, center.y - radius, 2 * radius, 2 * radius));
+        CGContextAddEllipseInRect(on, CGSquareAround(center, radius));
         CGContextFillPath(on);
     };
     const std::array colors{NSAppearanceColor(isEnabled ? controlAccentColor : disabledAccentColor),
                             NSAppearanceColor(isEnabled ? knobColor : disabledKnobColor)};
-    const CGRect around =
-        CGRectMake(center.x - kPointRadius, center.y - kPointRadius, 2 * kPointRadius, 2 * kPointRadius);
-    NSDrawStill(context, around, {"point", colors}, [&](CGContextRef on) {
+    NSDrawStill(context, CGSquareAround(center, kPointRadius), {"point", colors}, [&](CGContextRef on) {
         disc(on, kPointRadius, colors[0]);
         disc(on, kPointRadius - 2, colors[1]);
     });
@@ -212,11 +210,7 @@ void TonaroToneView::updateCurves(const CGAffineTransform& ctm)
     if (!mShape.sweeps) mCurves->level = TonaroGraph(ctm, mShape.path(inside, false, step), area, kPathWidth);
 }
 
-NSRect TonaroToneView::opaqueRect() const
-{
-    constexpr CGFloat kInset = 0.3 * kCorner; // a square's corner touches the arc at 0.29
-    return CGRectInset(bounds(), kInset, kInset);
-}
+NSRect TonaroToneView::opaqueRect() const { return NSInsideOfRoundedRect(bounds(), kCorner); }
 
 void TonaroToneView::drawRect(NSRect dirty)
 {

@@ -10,8 +10,7 @@ NS_CLASS_TABLE_END
 
 NSRect NSBox::opaqueRect() const
 {
-    constexpr CGFloat kInset = 0.3 * NSMetrics::cardCornerRadius + 1; // a square's corner touches the arc at 0.29
-    return CGRectInset(bounds(), kInset, kInset);
+    return CGRectInset(NSInsideOfRoundedRect(bounds(), NSMetrics::cardCornerRadius), 1, 1); // without the border
 }
 
 void NSBox::drawRect(NSRect dirty)

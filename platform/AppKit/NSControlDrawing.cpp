@@ -32,11 +32,6 @@ struct Polyline {
     NSPoint from, corner, to;
 };
 
-NSRect SquareAround(NSPoint center, CGFloat size)
-{
-    return CGRectMake(center.x - size / 2, center.y - size / 2, size, size);
-}
-
 void StrokePolyline(CGContextRef context, const Polyline& line, CGFloat width, NSAppearanceColorName color)
 {
     const ScopedGState state(context);
@@ -56,7 +51,7 @@ void StrokePolyline(CGContextRef context, const Polyline& line, CGFloat width, N
 void NSDrawChevron(CGContextRef context, NSPoint center, NSChevron direction, NSAppearanceColorName color)
 {
     const NSStillKey key{"chevron", {NSAppearanceColor(color)}, {}, static_cast<int>(direction)};
-    NSDrawStill(context, SquareAround(center, 12), key, [&](CGContextRef on) {
+    NSDrawStill(context, CGSquareAround(center, 6), key, [&](CGContextRef on) {
         const CGFloat tip = direction == NSChevron::down ? 2 : -2;
         StrokePolyline(on, {{center.x - 4, center.y - tip}, {center.x, center.y + tip}, {center.x + 4, center.y - tip}},
                        1.75, color);
@@ -65,10 +60,11 @@ void NSDrawChevron(CGContextRef context, NSPoint center, NSChevron direction, NS
 
 void NSDrawCheckMark(CGContextRef context, NSPoint center, CGFloat size, NSAppearanceColorName color)
 {
-    NSDrawStill(context, SquareAround(center, size), {"check mark", {NSAppearanceColor(color)}}, [&](CGContextRef on) {
-        const auto at = [&](CGFloat x, CGFloat y) { return NSPoint{center.x + x * size, center.y + y * size}; };
-        StrokePolyline(on, {at(-0.26, 0.02), at(-0.07, 0.21), at(0.27, -0.19)}, size / 9, color);
-    });
+    NSDrawStill(
+        context, CGSquareAround(center, size / 2), {"check mark", {NSAppearanceColor(color)}}, [&](CGContextRef on) {
+            const auto at = [&](CGFloat x, CGFloat y) { return NSPoint{center.x + x * size, center.y + y * size}; };
+            StrokePolyline(on, {at(-0.26, 0.02), at(-0.07, 0.21), at(0.27, -0.19)}, size / 9, color);
+        });
 }
 
 void NSDrawLine(CGContextRef context, const NSString* text, CTFontRef font, NSRect rect, NSTextAlignment alignment,

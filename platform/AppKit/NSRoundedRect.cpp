@@ -14,13 +14,11 @@ struct Style {
     std::optional<NSAppearanceColorName> border;
 };
 
-bool Touch(NSRect a, NSRect b) { return !CGRectIsEmpty(CGRectIntersection(a, b)); }
-
 void FillWith(CGContextRef context, NSAppearanceColorName color, NSRect dirty, std::initializer_list<NSRect> rects)
 {
     CGContextSetFillColorWithColor(context, NSAppearanceColor(color));
     for (const NSRect rect : rects)
-        if (Touch(rect, dirty)) CGContextFillRect(context, rect);
+        if (CGRectIntersectsRect(rect, dirty)) CGContextFillRect(context, rect);
 }
 
 void DrawAsCurves(CGContextRef context, NSRect rect, const Style& style)
@@ -52,6 +50,12 @@ void DrawCorner(CGContextRef context, NSRect rect, NSRect corner, const Style& s
 
 } // namespace
 
+NSRect NSInsideOfRoundedRect(NSRect rect, CGFloat radius)
+{
+    const CGFloat inset = 0.3 * radius; // a square's corner touches the arc at 0.29
+    return CGRectInset(rect, inset, inset);
+}
+
 void NSDrawRoundedRect(CGContextRef context, NSRect rect, NSRect dirty, CGFloat radius, NSAppearanceColorName fill,
                        std::optional<NSAppearanceColorName> border)
 {
@@ -71,6 +75,6 @@ void NSDrawRoundedRect(CGContextRef context, NSRect rect, NSRect dirty, CGFloat 
                   CGRectMake(x + c, y, width - 2 * c, h), CGRectMake(x + c, bottom - h, width - 2 * c, h)});
     for (const CGFloat cornerX : {x, right - c})
         for (const CGFloat cornerY : {y, bottom - c})
-            if (const NSRect corner = CGRectMake(cornerX, cornerY, c, c); Touch(corner, dirty))
+            if (const NSRect corner = CGRectMake(cornerX, cornerY, c, c); CGRectIntersectsRect(corner, dirty))
                 DrawCorner(context, rect, corner, style);
 }

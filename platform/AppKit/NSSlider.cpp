@@ -82,12 +82,7 @@ NSPoint NSSlider::knobCenterForValue(double value) const
     return sliderCell() ? sliderCell()->knobCenterForValue(value, bounds()) : NSPoint{};
 }
 
-NSRect NSSlider::knobRect() const
-{
-    const NSPoint center = knobCenterForValue(doubleValue());
-    constexpr CGFloat kRadius = NSMetrics::knobRadius;
-    return CGRectMake(center.x - kRadius, center.y - kRadius, 2 * kRadius, 2 * kRadius);
-}
+NSRect NSSlider::knobRect() const { return CGSquareAround(knobCenterForValue(doubleValue()), NSMetrics::knobRadius); }
 
 NSRect NSSlider::focusRingBounds() const { return knobRect(); }
 CGFloat NSSlider::focusRingRadius() const { return NSMetrics::knobRadius; }

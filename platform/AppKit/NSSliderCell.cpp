@@ -32,8 +32,7 @@ SliderColors ColorsOf(const NSSliderCell& cell, bool focused)
 
 void FillCircle(CGContextRef context, NSPoint center, CGFloat radius, NSAppearanceColorName color)
 {
-    const NSRect rect = CGRectMake(center.x - radius, center.y - radius, 2 * radius, 2 * radius);
-    NSFillRounded(context, rect, radius, color);
+    NSFillRounded(context, CGSquareAround(center, radius), radius, color);
 }
 
 /// The place that is drawn: from pixel to pixel along the track, so that the knob looks the same everywhere.
@@ -47,10 +46,9 @@ NSPoint OnWholePixels(NSPoint center, bool isVertical)
 
 void DrawKnob(CGContextRef context, NSPoint center, const SliderColors& colors, bool casts)
 {
-    constexpr CGFloat kRadius = NSMetrics::knobRadius, kReach = kRadius + 2;
-    const NSRect around = CGRectMake(center.x - kReach, center.y - kReach, 2 * kReach, 2 * kReach);
+    constexpr CGFloat kRadius = NSMetrics::knobRadius;
     const NSStillKey key{"knob", {NSAppearanceColor(colors.border), NSAppearanceColor(colors.knob)}, {}, casts};
-    NSDrawStill(context, around, key, [&](CGContextRef on) {
+    NSDrawStill(context, CGSquareAround(center, kRadius + 2), key, [&](CGContextRef on) {
         if (casts)
             for (const CGFloat spread : {1.5, 0.75, 0.0})
                 FillCircle(on, {center.x, center.y + 1}, kRadius + spread - 0.5, shadowColor);

@@ -93,7 +93,7 @@ void DrawTree(NSView& view, CGContextRef context, NSRect dirty)
     CGContextClipToRect(context, view.bounds());
     std::vector<RetainPtr<NSView>> touched; // a view may change the tree while it draws
     for (const auto& subview : view.subviews())
-        if (!CGRectIsEmpty(CGRectIntersection(subview->frame(), part))) touched.push_back(subview);
+        if (CGRectIntersectsRect(subview->frame(), part)) touched.push_back(subview);
     const bool isWhole = NSStandsOnPixels(context, part); // of a pixel that an edge cuts, nobody fills the rest
     const auto covering = std::find_if(touched.rbegin(), touched.rend(),
                                        [&](const auto& subview) { return isWhole && Covers(*subview, part); });

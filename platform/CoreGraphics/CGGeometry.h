@@ -38,6 +38,11 @@ inline CGRect CGRectInset(CGRect r, CGFloat dx, CGFloat dy)
 {
     return CGRectMake(r.origin.x + dx, r.origin.y + dy, r.size.width - 2 * dx, r.size.height - 2 * dy);
 }
+/// The square whose edges are `reach` away from its centre.
+inline CGRect CGSquareAround(CGPoint center, CGFloat reach)
+{
+    return CGRectMake(center.x - reach, center.y - reach, 2 * reach, 2 * reach);
+}
 /// No rectangle at all.
 inline constexpr CGRect CGRectNull{{std::numeric_limits<CGFloat>::infinity(), std::numeric_limits<CGFloat>::infinity()},
                                    {0, 0}};
