@@ -104,8 +104,11 @@ void PlugInEditor::hide()
 
 bool PlugInEditor::idle()
 {
-    for (int turn = 0; turn < kMostTurns; ++turn)
-        if (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true) != kCFRunLoopRunHandledSource) break;
+    // what the display sends meanwhile can wait for the next call
+    int turns = 0;
+    do {
+        CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true);
+    } while (++turns < kMostTurns && CFRunLoopIsDue(CFRunLoopGetCurrent()));
     return nativeWindow() != 0;
 }
 

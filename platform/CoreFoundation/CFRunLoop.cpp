@@ -234,6 +234,8 @@ CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode, CFTimeInterval seconds, boo
     return loop ? loop->run(seconds, returnAfterSourceHandled) : kCFRunLoopRunFinished;
 }
 
+bool CFRunLoopIsDue(CFRunLoopRef loop) { return loop && Own(loop)->isDue(); }
+
 void CFRunLoopStop(CFRunLoopRef loop)
 {
     if (loop) Own(loop)->mailbox.stop();

@@ -58,6 +58,9 @@ void CFRunLoopRun();
 /// Runs for at most `seconds`; 0 does what is due now, once, and returns, which is what a host's idle call wants. With
 /// `returnAfterSourceHandled` it returns after the first turn that called something back (observers don't count).
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, bool returnAfterSourceHandled);
+/// Whether the loop's next turn would do something even without a descriptor: a block, a wake-up or a timer is due.
+/// Asks nothing of the system.
+bool CFRunLoopIsDue(CFRunLoopRef loop);
 /// Ends the innermost run at the end of its turn; where nothing runs, the next run ends after one turn.
 void CFRunLoopStop(CFRunLoopRef loop);
 /// Has the loop's observers called soon: at the end of the turn where it is called from within one, else in a turn of

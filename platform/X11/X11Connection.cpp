@@ -211,7 +211,9 @@ void X11Connection::takeQueuedEvents()
 
 void X11Connection::readEvents()
 {
-    while (X11Event event{xcb_poll_for_event(get())}) mEvents.push_back(std::move(event));
+    // one read takes what there is; what comes meanwhile makes the descriptor readable again
+    if (X11Event event{xcb_poll_for_event(get())}) mEvents.push_back(std::move(event));
+    takeQueuedEvents();
 }
 
 X11Event X11Connection::nextEvent()
