@@ -70,6 +70,8 @@ struct CGContext::State {
     /// What Cairo doesn't keep itself. The transformation is ours since Cairo gives up on one that has no inverse.
     struct GState {
         CGAffineTransform ctm;
+        CGRect clip;            ///< pixels of the device; the clip may leave less, never more
+        bool clipIsRect = true; ///< it leaves these, and they are whole ones
         RetainPtr<CGColor> fill, stroke;
         CGFloat alpha = 1;
         CGFloat lineWidth = 1;
@@ -100,6 +102,18 @@ public:
 private:
     cairo_t* mCairo = nullptr;
 };
+
+constexpr CGFloat kCGSamePlace = 1e-6; ///< pixels
+inline bool CGIsWhole(CGFloat value) { return std::abs(value - std::round(value)) < kCGSamePlace; }
+/// Whether all edges are whole.
+bool CGIsOnWholePixels(CGRect pixels);
+
+// Drawing in which no pixel is mixed of two, done without Cairo, which takes long to find that out and needs much of
+// its code for it. Both answer false, and draw nothing, where it is needed.
+/// Fills pixels of the device with the fill colour.
+bool CGFillWholePixels(CGContextRef context, CGRect pixels);
+/// Draws the image, a pixel for a pixel, with its top left at `place`.
+bool CGDrawWholePixels(CGContextRef context, CGImageRef image, CGPoint place);
 
 /// Whether both sides are 1 to 32767.
 inline bool CGIsImageSize(std::uint64_t width, std::uint64_t height)

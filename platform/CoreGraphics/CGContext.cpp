@@ -38,6 +38,8 @@ RetainPtr<CGContext> contextOver(CairoSurface surface)
     state->surface = std::move(surface);
     state->cairo.reset(cairo_create(state->surface.get()));
     cairo_set_tolerance(state->cairo.get(), kFlatness);
+    state->current.clip.size = {static_cast<CGFloat>(cairo_image_surface_get_width(state->surface.get())),
+                                static_cast<CGFloat>(cairo_image_surface_get_height(state->surface.get()))};
     state->current.fill = state->current.stroke = CGColorCreateRGBA(0, 0, 0, 1);
     return RetainPtr<CGContext>::adopt(new CGContext(std::move(state)));
 }
@@ -115,6 +117,22 @@ void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy) { concatena
 CGAffineTransform CGContextGetCTM(CGContextRef context)
 {
     return context ? context->state().current.ctm : CGAffineTransform{};
+}
+
+CGRect CGContextGetClipBoundingBox(CGContextRef context)
+{
+    if (!context) return CGRectNull;
+    const CGAffineTransform& t = context->state().current.ctm;
+    const CGRect clip = CGRectOffset(context->state().current.clip, -t.tx, -t.ty);
+    const CGFloat area = t.a * t.d - t.b * t.c;
+    if (area == 0) return CGRectNull;
+    const CGFloat left = CGRectGetMinX(clip), right = CGRectGetMaxX(clip), top = CGRectGetMinY(clip),
+                  bottom = CGRectGetMaxY(clip);
+    const auto x = [&](CGFloat fromLeft, CGFloat fromTop) { return (t.d * fromLeft - t.c * fromTop) / area; };
+    const auto y = [&](CGFloat fromLeft, CGFloat fromTop) { return (t.a * fromTop - t.b * fromLeft) / area; };
+    const auto [minX, maxX] = std::minmax({x(left, top), x(right, top), x(left, bottom), x(right, bottom)});
+    const auto [minY, maxY] = std::minmax({y(left, top), y(right, top), y(left, bottom), y(right, bottom)});
+    return CGRectMake(minX, minY, maxX - minX, maxY - minY);
 }
 
 void CGContextSetPatternPhase(CGContextRef context, CGSize phase)

@@ -21,14 +21,20 @@ bool isDrawable(const CGAffineTransform& t)
 
 cairo_matrix_t cairoMatrix(const CGAffineTransform& t) { return {t.a, t.b, t.c, t.d, t.tx, t.ty}; }
 
-bool isWhole(CGFloat value) { return std::abs(value - std::round(value)) < 1e-6; }
+/// Where a rectangle lies, if it is one on the device too.
+std::optional<CGRect> rectOnDevice(const CGAffineTransform& t, CGRect rect)
+{
+    if (t.b != 0 || t.c != 0) return std::nullopt;
+    return CGRectStandardize(CGRectMake(rect.origin.x * t.a + t.tx, rect.origin.y * t.d + t.ty, rect.size.width * t.a,
+                                        rect.size.height * t.d));
+}
 
 /// Whether each image pixel covers a whole number of device pixels, so that none needs to be mixed.
 bool keepsPixelsWhole(const cairo_matrix_t& deviceFromImage)
 {
     const cairo_matrix_t& m = deviceFromImage;
-    return m.xy == 0 && m.yx == 0 && m.xx >= 0.5 && m.yy >= 0.5 && isWhole(m.xx) && isWhole(m.yy) && isWhole(m.x0) &&
-           isWhole(m.y0);
+    return m.xy == 0 && m.yx == 0 && m.xx >= 0.5 && m.yy >= 0.5 && CGIsWhole(m.xx) && CGIsWhole(m.yy) &&
+           CGIsWhole(m.x0) && CGIsWhole(m.y0);
 }
 
 /// Makes `image` the source; `deviceFromImage` puts its pixels on the device.
@@ -120,6 +126,7 @@ void strokeElements(CGContextRef context, const CGPathElements& elements)
 
 void clipToElements(CGContextRef context, const CGPathElements& elements)
 {
+    context->state().current.clipIsRect = false;
     cairo_t* cairo = context->state().cairo.get();
     CGReplay(cairo, elements);
     cairo_clip(cairo);
@@ -193,11 +200,19 @@ void CGContextClip(CGContextRef context)
 
 void CGContextClipToRect(CGContextRef context, CGRect rect)
 {
-    if (context && CGIsFinite(rect)) clipToElements(context, CGElementsOfRect(context->state().current.ctm, rect));
+    if (!context || !CGIsFinite(rect)) return;
+    CGContext::State::GState& state = context->state().current;
+    const std::optional<CGRect> pixels = rectOnDevice(state.ctm, rect);
+    if (pixels && CGRectContainsRect(CGRectInset(*pixels, -kCGSamePlace, -kCGSamePlace), state.clip)) return;
+    const bool staysRect = state.clipIsRect && pixels && CGIsOnWholePixels(*pixels);
+    clipToElements(context, CGElementsOfRect(state.ctm, rect));
+    if (pixels) state.clip = CGRectIntersection(state.clip, *pixels);
+    state.clipIsRect = staysRect;
 }
 
 void CGContextClipToRects(CGContextRef context, std::span<const CGRect> rects)
 {
+    if (rects.size() == 1) return CGContextClipToRect(context, rects.front());
     if (context) clipToElements(context, CGElementsOfRects(context->state().current.ctm, rects));
 }
 
@@ -205,6 +220,8 @@ void CGContextFillRect(CGContextRef context, CGRect rect)
 {
     if (!context) return;
     const CGContext::State::GState& state = context->state().current;
+    const std::optional<CGRect> pixels = rectOnDevice(state.ctm, rect);
+    if (pixels && CGFillWholePixels(context, *pixels)) return;
     fillElements(context, CGElementsOfRect(state.ctm, rect), state.fill);
 }
 
@@ -242,14 +259,16 @@ void CGContextClearRect(CGContextRef context, CGRect rect)
 
 void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
 {
-    const CGDrawing drawing(context);
-    if (!drawing || !image || CGRectIsEmpty(rect) || !CGIsFinite(rect)) return;
+    if (!context || !image || CGRectIsEmpty(rect) || !CGIsFinite(rect)) return;
     const CGContext::State::GState& state = context->state().current;
     cairo_matrix_t placed = cairoMatrix(state.ctm);
     cairo_matrix_translate(&placed, rect.origin.x, rect.origin.y);
     cairo_matrix_scale(&placed, rect.size.width / static_cast<CGFloat>(CGImageGetWidth(image)),
                        rect.size.height / static_cast<CGFloat>(CGImageGetHeight(image)));
     const bool oneToOne = keepsPixelsWhole(placed) && std::round(placed.xx) == 1 && std::round(placed.yy) == 1;
+    if (oneToOne && CGDrawWholePixels(context, image, {placed.x0, placed.y0})) return;
+    const CGDrawing drawing(context);
+    if (!drawing) return;
     const bool endsWithItself = oneToOne && cairo_get_operator(drawing.cairo()) == CAIRO_OPERATOR_OVER;
     // the edge pixels extend outward, else they would be mixed with the nothing around the image
     const cairo_extend_t extend = endsWithItself ? CAIRO_EXTEND_NONE : CAIRO_EXTEND_PAD;

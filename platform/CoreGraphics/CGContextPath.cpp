@@ -132,13 +132,6 @@ void quadCurveTo(cairo_t* cairo, CGPoint control, CGPoint end)
 
 PathBuilder pathOf(CGContextRef context) { return {context->state().path, context->state().current.ctm}; }
 
-/// The same rectangle with sides of at least 0.
-CGRect standardized(CGRect r)
-{
-    return CGRectMake(std::min(r.origin.x, CGRectGetMaxX(r)), std::min(r.origin.y, CGRectGetMaxY(r)),
-                      std::abs(r.size.width), std::abs(r.size.height));
-}
-
 /// How far an arc goes, once around at most; an end before its start is taken one turn later.
 CGFloat sweepBetween(CGFloat start, CGFloat end)
 {
@@ -242,14 +235,14 @@ void CGContextAddRect(CGContextRef context, CGRect rect)
 void CGContextAddEllipseInRect(CGContextRef context, CGRect rect)
 {
     if (!context || !CGIsFinite(rect)) return;
-    const CGRect r = standardized(rect);
+    const CGRect r = CGRectStandardize(rect);
     pathOf(context).roundedRect(r, {r.size.width / 2, r.size.height / 2});
 }
 
 void CGContextAddRoundedRect(CGContextRef context, CGRect rect, CGFloat radius)
 {
     if (!context || !CGIsFinite(rect)) return;
-    const CGRect r = standardized(rect);
+    const CGRect r = CGRectStandardize(rect);
     const CGFloat most = std::min(r.size.width, r.size.height) / 2;
     const CGFloat corner = radius > 0 ? std::min(radius, most) : 0;
     if (corner > 0)

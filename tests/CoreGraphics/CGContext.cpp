@@ -191,6 +191,101 @@ TEST(CGContext, ClipsToSeveralRectangles)
     EXPECT_EQ(drawingOf(context, {{"00000000", '.'}, {"80000080", '+'}}), "+++.\n.++.\n");
 }
 
+TEST(CGContext, FillsARectangleAsAPath)
+{
+    // rectangles on pixels, between them and beyond the edge; what clips them; what is filled with
+    static constexpr CGRect kRects[] = {
+        {{2, 1}, {5, 4}}, {{7, 5}, {-5, -4}}, {{2.5, 1}, {5, 4}}, {{-4, -4}, {40, 9}}, {{9, 9}, {0, 3}}};
+    static constexpr std::array<CGFloat, 4> kColors[] = {
+        {1, 1, 1, 1}, {0.1, 0.502, 0.998, 1}, {0.0019, 0.00196, 0.00197, 1}, {0.3, 0.6, 0.9, 0.5}};
+    using Prepare = void (*)(CGContextRef);
+    static constexpr Prepare kStates[] = {
+        [](CGContextRef) {},
+        [](CGContextRef c) {
+            CGContextClipToRect(c, {{3, 2}, {2, 9}});
+        },
+        [](CGContextRef c) {
+            CGContextClipToRect(c, {{3.5, 2}, {2, 9}});
+        },
+        [](CGContextRef c) {
+            CGContextAddEllipseInRect(c, {{1, 1}, {8, 8}});
+            CGContextClip(c);
+            CGContextClipToRect(c, {{0, 0}, {6, 6}});
+        },
+        [](CGContextRef c) {
+            CGContextClipToRect(c, {{30, 30}, {2, 2}});
+        },
+        [](CGContextRef c) { CGContextSetBlendMode(c, kCGBlendModeCopy); },
+        [](CGContextRef c) { CGContextSetBlendMode(c, kCGBlendModeDifference); },
+        [](CGContextRef c) { CGContextSetAlpha(c, 0.25); },
+        [](CGContextRef c) {
+            CGContextSaveGState(c);
+            CGContextClipToRect(c, {{0, 0}, {1, 1}});
+            CGContextRestoreGState(c);
+            CGContextTranslateCTM(c, 9, 0);
+            CGContextScaleCTM(c, -1, 2);
+        },
+    };
+    for (const CGRect& rect : kRects)
+        for (const auto& color : kColors)
+            for (const Prepare& prepare : kStates) {
+                const auto ink = CGColorCreateRGBA(color[0], color[1], color[2], color[3]);
+                SCOPED_TRACE(testing::Message()
+                             << &rect - kRects << ' ' << &color - kColors << ' ' << &prepare - kStates);
+                const auto filled = CGBitmapContextCreate(12, 12), expected = CGBitmapContextCreate(12, 12);
+                for (const auto& context : {filled, expected}) {
+                    fill(context, {{0, 3}, {12, 4}}, 0.2, 0.7, 0.4, 1);
+                    prepare(context);
+                    CGContextSetFillColorWithColor(context, ink);
+                }
+                CGContextFillRect(filled, rect);
+                CGContextAddRect(expected, rect);
+                CGContextFillPath(expected);
+                EXPECT_EQ(largestDifference(filled, expected), 0);
+            }
+}
+
+TEST(CGContext, DrawsAPictureTheSameWithinAnyClip)
+{
+    const auto whole = CGBitmapContextCreate(8, 8);
+    fill(whole, {{0, 0}, {8, 8}}, 0.9, 0.1, 0.3, 0.4);
+    fill(whole, {{3, 2}, {3, 9}}, 0.1, 0.2, 0.9, 1);
+    const auto image = CGBitmapContextCreateImage(whole), cut = CGImageCreateWithImageInRect(image, {{2, 1}, {5, 4}});
+    static constexpr CGRect kAllInParts[] = {{{0, 0}, {5, 12}}, {{5, 0}, {7, 12}}};
+    for (const auto& drawn : {image, cut})
+        for (const CGPoint place : {CGPoint{1, 2}, CGPoint{-3, 9}, CGPoint{10, -5}, CGPoint{40, 0}, CGPoint{1.5, 2}}) {
+            SCOPED_TRACE(testing::Message() << CGImageGetWidth(drawn) << " at " << place.x);
+            const auto direct = CGBitmapContextCreate(12, 12), inParts = CGBitmapContextCreate(12, 12);
+            CGContextClipToRects(inParts, kAllInParts);
+            for (const auto& context : {direct, inParts}) {
+                fill(context, {{0, 0}, {6, 12}}, 0.2, 0.7, 0.4, 1);
+                CGContextDrawImage(context, {place, {double(CGImageGetWidth(drawn)), double(CGImageGetHeight(drawn))}},
+                                   drawn);
+            }
+            EXPECT_EQ(largestDifference(direct, inParts), 0);
+        }
+}
+
+TEST(CGContext, TellsWhatDrawingCanReach)
+{
+    const auto context = CGBitmapContextCreate(20, 10);
+    const auto reached = [&] { return CGContextGetClipBoundingBox(context); };
+    EXPECT_EQ(reached(), CGRectMake(0, 0, 20, 10));
+    CGContextScaleCTM(context, 2, -1);
+    CGContextTranslateCTM(context, 1, 0);
+    EXPECT_EQ(reached(), CGRectMake(-1, -10, 10, 10));
+    CGContextSaveGState(context);
+    CGContextClipToRect(context, CGRectMake(2, -100, 3, 98));
+    EXPECT_EQ(reached(), CGRectMake(2, -10, 3, 8));
+    CGContextClipToRect(context, CGRectMake(50, 0, 1, 1));
+    EXPECT_TRUE(CGRectIsEmpty(reached()));
+    CGContextRestoreGState(context);
+    EXPECT_EQ(reached(), CGRectMake(-1, -10, 10, 10));
+    CGContextScaleCTM(context, 0, 1);
+    EXPECT_TRUE(CGRectIsNull(reached()));
+    EXPECT_TRUE(CGRectIsNull(CGContextGetClipBoundingBox(nullptr)));
+}
+
 TEST(CGContext, RestoresEverythingItSaved)
 {
     const auto context = CGBitmapContextCreate(4, 2);
