@@ -212,10 +212,10 @@ void TonaroToneView::updateCurves(const CGAffineTransform& ctm)
 
 NSRect TonaroToneView::opaqueRect() const { return NSInsideOfRoundedRect(bounds(), kCorner); }
 
-void TonaroToneView::drawRect(NSRect dirty)
+void TonaroToneView::drawRect(NSRect)
 {
     const CGContextRef context = NSGraphicsContext::currentContext();
-    NSDrawRoundedRect(context, bounds(), dirty, kCorner, disabledFieldColor);
+    NSDrawRoundedRect(context, bounds(), kCorner, disabledFieldColor);
     drawGrid(context);
 
     updateCurves(CGContextGetCTM(context));

@@ -13,9 +13,9 @@ NSRect NSBox::opaqueRect() const
     return CGRectInset(NSInsideOfRoundedRect(bounds(), NSMetrics::cardCornerRadius), 1, 1); // without the border
 }
 
-void NSBox::drawRect(NSRect dirty)
+void NSBox::drawRect(NSRect)
 {
     using enum NSAppearanceColorName;
-    NSDrawRoundedRect(NSGraphicsContext::currentContext(), bounds(), dirty, NSMetrics::cardCornerRadius, cardColor,
+    NSDrawRoundedRect(NSGraphicsContext::currentContext(), bounds(), NSMetrics::cardCornerRadius, cardColor,
                       cardBorderColor);
 }

@@ -41,32 +41,27 @@ RetainPtr<NSString> NSControl::stringValue() const { return mCell ? mCell->strin
 
 void NSControl::setObjectValue(NSObject* value)
 {
-    if (mCell) mCell->setObjectValue(value);
-    setNeedsDisplay();
+    changeValue([value](NSCell& cell) { cell.setObjectValue(value); });
 }
 
 void NSControl::setDoubleValue(double value)
 {
-    if (mCell) mCell->setDoubleValue(value);
-    setNeedsDisplay();
+    changeValue([value](NSCell& cell) { cell.setDoubleValue(value); });
 }
 
 void NSControl::setFloatValue(float value)
 {
-    if (mCell) mCell->setFloatValue(value);
-    setNeedsDisplay();
+    changeValue([value](NSCell& cell) { cell.setFloatValue(value); });
 }
 
 void NSControl::setIntValue(int value)
 {
-    if (mCell) mCell->setIntValue(value);
-    setNeedsDisplay();
+    changeValue([value](NSCell& cell) { cell.setIntValue(value); });
 }
 
 void NSControl::setStringValue(const NSString* value)
 {
-    if (mCell) mCell->setStringValue(value);
-    setNeedsDisplay();
+    changeValue([value](NSCell& cell) { cell.setStringValue(value); });
 }
 
 NSFormatter* NSControl::formatter() const { return mCell ? mCell->formatter() : nullptr; }

@@ -44,8 +44,20 @@ public:
 
     bool acceptsFirstResponder() const override { return isEnabled(); }
     void drawRect(NSRect dirty) override;
+    /// What looks different with another value, in this view's coordinates; what lies between where it was and where
+    /// it is then looks different too. All of the view at first.
+    virtual NSRect valueRect() const { return bounds(); }
 
     void setValueForBinding(NSObject* value, const char* binding) override; ///< "value": setObjectValue
+
+protected:
+    /// Calls `change(NSCell&)`, and has drawn what it changes.
+    template <typename Change> void changeValue(const Change& change)
+    {
+        const NSRect before = valueRect();
+        if (mCell) change(*mCell);
+        setNeedsDisplayInRect(CGRectUnion(before, valueRect()));
+    }
 
 private:
     RetainPtr<NSCell> mCell;

@@ -56,9 +56,10 @@ NSRect NSInsideOfRoundedRect(NSRect rect, CGFloat radius)
     return CGRectInset(rect, inset, inset);
 }
 
-void NSDrawRoundedRect(CGContextRef context, NSRect rect, NSRect dirty, CGFloat radius, NSAppearanceColorName fill,
+void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName fill,
                        std::optional<NSAppearanceColorName> border)
 {
+    const NSRect dirty = CGContextGetClipBoundingBox(context);
     const CGFloat scale = NSGraphicsContext::currentScale();
     const Style style = {radius, border ? 1 / scale : 0, fill, border};
     const CGFloat c = std::ceil(radius * scale) / scale; // a corner's side, whole pixels

@@ -7,9 +7,8 @@
 
 #include <optional>
 
-/// @param dirty   what of it is needed
 /// @param border  of a hairline inside the edge; opaque
-void NSDrawRoundedRect(CGContextRef context, NSRect rect, NSRect dirty, CGFloat radius, NSAppearanceColorName fill,
+void NSDrawRoundedRect(CGContextRef context, NSRect rect, CGFloat radius, NSAppearanceColorName fill,
                        std::optional<NSAppearanceColorName> border = std::nullopt);
 /// What lies inside of the corners: a rectangle that is filled as a whole, or a negative extent where there is none.
 NSRect NSInsideOfRoundedRect(NSRect rect, CGFloat radius);

@@ -84,6 +84,11 @@ NSPoint NSSlider::knobCenterForValue(double value) const
 
 NSRect NSSlider::knobRect() const { return CGSquareAround(knobCenterForValue(doubleValue()), NSMetrics::knobRadius); }
 
+NSRect NSSlider::valueRect() const
+{
+    return CGSquareAround(knobCenterForValue(doubleValue()), NSSliderCell::kKnobReach);
+}
+
 NSRect NSSlider::focusRingBounds() const { return knobRect(); }
 CGFloat NSSlider::focusRingRadius() const { return NSMetrics::knobRadius; }
 
@@ -93,9 +98,8 @@ bool NSSlider::changeCellValue(double value)
 {
     if (!cell()) return false;
     const double old = cell()->doubleValue();
-    cell()->setDoubleValue(value);
+    changeValue([value](NSCell& changed) { changed.setDoubleValue(value); });
     if (cell()->doubleValue() == old) return false;
-    setNeedsDisplay();
     writeBoundValue(cell()->doubleValue());
     return true;
 }

@@ -37,6 +37,7 @@ public:
     // In this view's coordinates, so that a scale beside the slider can stand where the knob will.
     NSPoint knobCenterForValue(double value) const;
     NSRect knobRect() const;
+    NSRect valueRect() const override; ///< the knob with its shadow
 
     void mouseDown(NSEvent& event) override;
     void mouseDragged(NSEvent& event) override;

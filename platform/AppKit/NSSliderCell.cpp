@@ -48,7 +48,7 @@ void DrawKnob(CGContextRef context, NSPoint center, const SliderColors& colors, 
 {
     constexpr CGFloat kRadius = NSMetrics::knobRadius;
     const NSStillKey key{"knob", {NSAppearanceColor(colors.border), NSAppearanceColor(colors.knob)}, {}, casts};
-    NSDrawStill(context, CGSquareAround(center, kRadius + 2), key, [&](CGContextRef on) {
+    NSDrawStill(context, CGSquareAround(center, kRadius + NSSliderCell::kShadow), key, [&](CGContextRef on) {
         if (casts)
             for (const CGFloat spread : {1.5, 0.75, 0.0})
                 FillCircle(on, {center.x, center.y + 1}, kRadius + spread - 0.5, shadowColor);

@@ -7,6 +7,7 @@
 /// 100.000001 as it is.
 
 #include "AppKit/NSActionCell.h"
+#include "AppKit/NSAppearance.h"
 
 class NSSliderCell : public NSActionCell {
 public:
@@ -40,6 +41,10 @@ public:
     double valuePerPoint(NSRect bounds) const;
 
     void drawWithFrame(NSRect frame, NSView& view) override;
+
+    static constexpr CGFloat kShadow = 2; ///< around the knob
+    /// How far from its centre a knob is drawn: it stands on whole pixels, and half of one may be two points.
+    static constexpr CGFloat kKnobReach = NSMetrics::knobRadius + kShadow + 2;
 
 private:
     double fractionOfRange(double value) const; ///< 0 to 1

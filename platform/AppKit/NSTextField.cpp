@@ -1,5 +1,6 @@
 #include "AppKit/NSTextField.h"
 
+#include "AppKit/NSRoundedRect.h"
 #include "AppKit/NSWindow.h"
 #include "Foundation/NSClass.h"
 
@@ -76,6 +77,14 @@ void NSTextField::setAlignment(NSTextAlignment alignment)
     setNeedsDisplay();
 }
 
+NSRect NSTextField::opaqueRect() const
+{
+    if (isBordered()) return NSInsideOfRoundedRect(bounds(), NSMetrics::controlCornerRadius);
+    return drawsBackground() ? bounds() : NSRect{};
+}
+
+NSRect NSTextField::valueRect() const { return textCell() ? textCell()->textRect(bounds()) : bounds(); }
+
 // --- the value
 
 void NSTextField::setObjectValue(NSObject* value)
@@ -118,7 +127,6 @@ void NSTextField::setFormatter(NSFormatter* formatter)
 void NSTextField::valueChanged()
 {
     if (mEditor && !mEditor->isEdited()) showValue();
-    setNeedsDisplay();
 }
 
 /// The editor begins anew with the value's text, unless that is what stands there untouched.

@@ -78,6 +78,8 @@ void NSTextFieldCell::drawText(CGContextRef context, NSRect frame) const
     }
     const NSRect area = CGRectInset(frame, style.inset, 0);
     if (!text || !(area.size.width > 0)) return;
+    const ScopedGState state(context);
+    CGContextClipToRect(context, textRect(frame));
     const auto line = CTLineCreate(CTTruncatedEnd(text->units(), style.font.get(), area.size.width), style.font.get());
     CTLineDraw(line.get(), context, NSTextOrigin(area, line.get(), style.font.get(), style.alignment),
                style.color->CGColorForScale(1).get());

@@ -40,7 +40,7 @@ TEST(NSRoundedRect, LooksAsOneDrawnAsAWhole)
                     if (i == 0)
                         drawWhole(pictures[i], rect, 8, bordered);
                     else
-                        NSDrawRoundedRect(pictures[i], rect, rect, 8, cardColor,
+                        NSDrawRoundedRect(pictures[i], rect, 8, cardColor,
                                           bordered ? std::optional(cardBorderColor) : std::nullopt);
                 }
                 EXPECT_LE(largestDifference(pictures[0], pictures[1]), 3);

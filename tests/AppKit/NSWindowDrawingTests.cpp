@@ -4,6 +4,8 @@
 #include "AppKit/NSBox.h"
 #include "AppKit/NSColor.h"
 #include "AppKit/NSGraphicsContext.h"
+#include "AppKit/NSSlider.h"
+#include "AppKit/NSTextField.h"
 #include "CoreGraphics/Pixels.h"
 #include "Support/OffscreenRig.h"
 
@@ -92,14 +94,12 @@ void change(std::mt19937& random, std::initializer_list<Cards*> scenes)
 }
 
 /// Of more than a sixteenth: what a clip leaves of a pixel is counted in such steps.
-std::string firstDifference(CGContextRef a, CGContextRef b)
+std::string firstDifference(std::span<const std::uint8_t> some, std::span<const std::uint8_t> others, std::size_t width)
 {
-    const auto some = CGBitmapContextGetPixels(a), others = CGBitmapContextGetPixels(b);
     if (std::ranges::equal(some, others)) return "none"; // much faster than what follows
     const auto found = std::ranges::mismatch(some, others, [](int x, int y) { return std::abs(x - y) <= 16; }).in1;
     if (found == some.end()) return "none";
     const auto pixel = static_cast<std::size_t>(found - some.begin()) / 4;
-    const std::size_t width = CGBitmapContextGetWidth(a);
     return std::to_string(pixel % width) + "," + std::to_string(pixel / width) + ": " + hexOf(some, pixel) + " for " +
            hexOf(others, pixel);
 }
@@ -116,7 +116,11 @@ TEST(NSWindowDrawing, WhatIsLeftOutIsNeverSeen)
         NSAppearance::setCurrent(appearance);
         std::mt19937 random(static_cast<unsigned>(scale * 100));
         for (int step = 0; step < 600; ++step) {
-            ASSERT_EQ(firstDifference(shown->pixels(), drawn->pixels()), "none") << "after " << step << " changes";
+            const CGContextRef some = shown->pixels(), others = drawn->pixels();
+            ASSERT_EQ(firstDifference(CGBitmapContextGetPixels(some), CGBitmapContextGetPixels(others),
+                                      CGBitmapContextGetWidth(some)),
+                      "none")
+                << "after " << step << " changes";
             change(random, {shown.get(), drawn.get()});
         }
     }
@@ -136,6 +140,41 @@ TEST(NSWindowDrawing, OnlyWhatShowsIsDrawn)
     EXPECT_THAT(drawnFor({{0, 20}, {40, 20}}), Not(IsEmpty())) << "half beside it";
     cards.boxes[0]->setHidden(true);
     EXPECT_THAT(drawnFor({{62, 20}, {4, 20}}), Not(IsEmpty())) << "where it was";
+}
+
+TEST(NSWindowDrawing, AChangedValueLooksAsDrawnAnew)
+{
+    for (const CGFloat scale : {0.5, 1.0, 1.25, 1.5, 2.0, 3.0}) {
+        SCOPED_TRACE(scale);
+        OffscreenRig rig({200, 120}, scale);
+        auto* const card = rig.add(make<NSBox>(NSRect{{4, 4}, {192, 112}}));
+        const std::array<RetainPtr<NSControl>, 5> controls = {
+            make<NSSlider>(NSRect{{10, 6}, {90, 26}}), make<NSSlider>(NSRect{{150.3, 5.4}, {26, 100}}),
+            make<NSTextField>(NSRect{{8, 40}, {60, 24}}), make<NSTextField>(NSRect{{80.7, 42.2}, {50, 14}}),
+            make<NSTextField>(NSRect{{8, 72}, {60, 24}})};
+        asKind<NSTextField>(controls[4].get())->setBordered(false);
+        for (const auto& control : controls) card->addSubview(control);
+        std::mt19937 random(1);
+        for (int step = 0; step < 60; ++step) {
+            const auto& control = controls[random() % controls.size()];
+            const double value = static_cast<double>(random() % 1000) / 999;
+            if (step % 7 == 0) control->setEnabled(!control->isEnabled());
+            if (step % 2 == 0)
+                control->setDoubleValue(value);
+            else if (asKind<NSTextField>(control.get()))
+                control->setStringValue(NSString::string(u"ÅÇj" + std::u16string(random() % 12, u'W')).get());
+            else
+                rig.scroll(control, {12, 12}, value < 0.5 ? -20 : 20);
+            const CGContextRef shown = rig.window()->bitmap();
+            const auto pixels = CGBitmapContextGetPixels(shown);
+            const std::vector<std::uint8_t> before(pixels.begin(), pixels.end());
+            rig.content()->setNeedsDisplay();
+            ASSERT_EQ(firstDifference(before, CGBitmapContextGetPixels(rig.window()->bitmap()),
+                                      CGBitmapContextGetWidth(shown)),
+                      "none")
+                << "after " << step << " changes";
+        }
+    }
 }
 
 } // namespace
