@@ -54,5 +54,5 @@ drawing (ZeUI), sliders and time fields (ZeControls), and the layer of objects,
 run loops, text, views and windows that they stand on (platform). CMake finds
 them as Tonaro, pkg-config as tonaro-zekernel and so on.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "${fonts}, libcairo2-dev, libicu-dev, libjpeg62-turbo-dev, libpango1.0-dev, libpixman-1-dev, libplist-dev, libpng-dev, libpugixml-dev, libxcb-shm0-dev, libxcb-xkb-dev, libxcb1-dev, libxkbcommon-x11-dev, pkg-config")
+  "${fonts}, libcairo2-dev, libicu-dev, libjpeg62-turbo-dev, libpango1.0-dev, libpixman-1-dev, libplist-dev, libpng-dev, libpugixml-dev, liburing-dev, libxcb-shm0-dev, libxcb-xkb-dev, libxcb1-dev, libxkbcommon-x11-dev, pkg-config")
 include(CPack)

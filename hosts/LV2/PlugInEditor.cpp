@@ -105,10 +105,10 @@ void PlugInEditor::hide()
 bool PlugInEditor::idle()
 {
     // what the display sends meanwhile can wait for the next call
-    int turns = 0;
-    do {
-        CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true);
-    } while (++turns < kMostTurns && CFRunLoopIsDue(CFRunLoopGetCurrent()));
+    for (int turn = 0; turn < kMostTurns; ++turn) {
+        const auto result = CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.0, true);
+        if (result != kCFRunLoopRunHandledSource || !CFRunLoopIsDue(CFRunLoopGetCurrent())) break;
+    }
     return nativeWindow() != 0;
 }
 

@@ -50,6 +50,7 @@ template <typename T> void RemoveAll(std::vector<RetainPtr<T>>& list)
 
 CFRunLoopRunResult RunLoop::run(CFTimeInterval seconds, bool returnAfterSourceHandled)
 {
+    if (!(seconds > 0.0) && isAtRest()) return kCFRunLoopRunTimedOut;
     const RetainPtr<RunLoop> keep(this);
     CFAbsoluteTime waitUntil = CFAbsoluteTimeGetCurrent(); // the first turn doesn't wait
     const CFAbsoluteTime end = waitUntil + (seconds > 0.0 ? seconds : 0.0);
@@ -76,8 +77,8 @@ bool RunLoop::turn(CFAbsoluteTime waitUntil)
         }
     };
     const Arrival arrived = wait(waitUntil);
-    // hosts look in dozens of times a second, mostly for nothing
-    if (arrived.ready.empty() && !arrived.isWoken && nextFireTime() > CFAbsoluteTimeGetCurrent()) return false;
+    mRestsUntil = nextFireTime();
+    if (arrived.ready.empty() && !arrived.isWoken && mRestsUntil > CFAbsoluteTimeGetCurrent()) return false;
     const NSAutoreleasePool pool;
     bool handled = false;
     {
@@ -88,6 +89,7 @@ bool RunLoop::turn(CFAbsoluteTime waitUntil)
         calling.ended = true;
     }
     callObservers();
+    mRestsUntil = nextFireTime();
     return handled;
 }
 
@@ -98,13 +100,27 @@ RunLoop::Arrival RunLoop::wait(CFAbsoluteTime until)
     const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
     const bool waits = until > now && !mailbox.isAwake(); // the mailbox' descriptor is there to end a wait
     if (waits) mPolled.push_back({mailbox.descriptor(), POLLIN, 0});
-    const bool any = CFPollUntil(mPolled, waits ? until : now) > 0;
+    mIsQuiet = !waits && isQuiet();
+    const bool any = !mIsQuiet && CFPollUntil(mPolled, waits ? until : now) > 0;
     const bool isSignalled = any && waits && mPolled.back().revents;
     Arrival arrived;
     arrived.isWoken = mailbox.isAwake() || isSignalled;
     if (arrived.isWoken) mailbox.clearWakeUp(isSignalled);
     if (any) arrived.ready = takeReady();
     return arrived;
+}
+
+/// Hosts look in dozens of times a second, mostly for nothing: this is all that happens then.
+bool RunLoop::isAtRest() const
+{
+    return mIsQuiet && !mailbox.isAwake() && mWatch->isStillQuiet() && mRestsUntil > CFAbsoluteTimeGetCurrent();
+}
+
+/// Whether a look at the descriptors would find nothing.
+bool RunLoop::isQuiet()
+{
+    if (!mWatch) mWatch = std::make_unique<RunLoopWatch>();
+    return mWatch->isQuiet(mPolled);
 }
 
 RunLoop::Descriptors RunLoop::takeReady()
@@ -182,23 +198,33 @@ void RunLoop::close()
     mClosed = true;
     RemoveAll(mTimers);
     RemoveAll(mDescriptors);
+    mIsQuiet = false;
+    mWatch.reset();
     std::exchange(mObservers, {}).clear();
     mailbox.close();
 }
 
 void RunLoop::add(RunLoopTimer* timer)
 {
-    if (!mClosed) Append(mTimers, timer, this);
+    if (mClosed) return;
+    Append(mTimers, timer, this);
+    timerMoved(timer->fireTime);
 }
 
 void RunLoop::add(RunLoopDescriptor* descriptor)
 {
-    if (!mClosed && descriptor->descriptor >= 0) Append(mDescriptors, descriptor, this);
+    if (mClosed || descriptor->descriptor < 0) return;
+    Append(mDescriptors, descriptor, this);
+    mIsQuiet = false;
 }
 
 void RunLoop::remove(RunLoopTimer* timer) { Remove(mTimers, timer); }
 
-void RunLoop::remove(RunLoopDescriptor* descriptor) { Remove(mDescriptors, descriptor); }
+void RunLoop::remove(RunLoopDescriptor* descriptor)
+{
+    if (mWatch) mWatch->forget(descriptor->descriptor);
+    Remove(mDescriptors, descriptor);
+}
 
 std::uint64_t RunLoop::addObserver(std::function<void()> observer)
 {

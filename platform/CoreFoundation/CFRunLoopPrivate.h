@@ -3,7 +3,9 @@
 /// What stands behind the run loop's handles. For the sources of this folder only.
 
 #include "CoreFoundation/CFRunLoop.h"
+#include "CoreFoundation/CFRunLoopWatch.h"
 
+#include <algorithm>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -83,6 +85,7 @@ public:
     void close(); ///< the thread ends
     void add(RunLoopTimer* timer);
     void add(RunLoopDescriptor* descriptor);
+    void timerMoved(CFAbsoluteTime fireTime) { mRestsUntil = std::min(mRestsUntil, fireTime); }
     void remove(RunLoopTimer* timer);
     void remove(RunLoopDescriptor* descriptor);
     std::uint64_t addObserver(std::function<void()> observer);
@@ -104,6 +107,8 @@ private:
         bool isWoken = false;
     };
     Arrival wait(CFAbsoluteTime until);
+    bool isAtRest() const;
+    bool isQuiet();
     Descriptors takeReady();
     bool callDescriptors(const Descriptors& ready);
     bool runBlocks();
@@ -115,7 +120,10 @@ private:
     std::vector<RetainPtr<RunLoopTimer>> mTimers;
     Descriptors mDescriptors;
     std::vector<Observer> mObservers;
-    std::vector<pollfd> mPolled; // of the last look at the descriptors
+    std::vector<pollfd> mPolled;          // of the last look at the descriptors
+    std::unique_ptr<RunLoopWatch> mWatch; // made with the first look
+    bool mIsQuiet = false;                // the last look found all of them watched, and nothing to read
+    CFAbsoluteTime mRestsUntil = 0.0;     // no timer fires before
     std::uint64_t mLastObserver = 0;
     bool mClosed = false;
 };

@@ -74,7 +74,9 @@ void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer)
 
 void CFRunLoopTimerSetNextFireDate(CFRunLoopTimerRef timer, CFAbsoluteTime fireTime)
 {
-    if (timer) Own(timer)->fireTime = DateOrNever(fireTime);
+    if (!timer) return;
+    Own(timer)->fireTime = DateOrNever(fireTime);
+    if (RunLoop* loop = Own(timer)->loop) loop->timerMoved(Own(timer)->fireTime);
 }
 
 RetainPtr<CFFileDescriptor> CFFileDescriptorCreate(int descriptor, std::function<void()> callback)

@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include <poll.h>
 #include <unistd.h>
 
 namespace {
@@ -229,6 +230,77 @@ TEST_F(CFRunLoopTest, DescriptorsMayVanish)
     closed.closeEnd(0);
     EXPECT_EQ(run(0.0), kCFRunLoopRunFinished);
     EXPECT_EQ(takeLog(), "");
+}
+
+// Few descriptors are watched by the kernel, which spares a look the system call; many must be polled.
+TEST_F(CFRunLoopTest, LooksFindWhatCameAfterQuietOnes)
+{
+    for (const std::size_t count : {1U, 3U, 40U}) {
+        SCOPED_TRACE(count);
+        std::vector<Pipe> pipes(count);
+        std::vector<RetainPtr<CFFileDescriptor>> sources;
+        for (std::size_t i = 0; i < count; ++i) {
+            sources.push_back(CFFileDescriptorCreate(pipes[i].ends[0], [this, i] { note(std::to_string(i)); }));
+            CFRunLoopAddFileDescriptor(loop, sources[i], kCFRunLoopCommonModes);
+        }
+        const auto look = [&] {
+            run(0.0);
+            return takeLog();
+        };
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < 4; ++i) EXPECT_EQ(look(), "");
+            const std::size_t sending = static_cast<std::size_t>(round) % count;
+            const std::string called = std::to_string(sending) + "@0";
+            std::thread([&] { pipes[sending].send(); }).join();
+            EXPECT_EQ(look(), called);
+            EXPECT_EQ(look(), called) << "nobody has read it yet";
+            pipes[sending].send();
+            EXPECT_EQ(look(), called);
+            pipes[sending].receive();
+            pipes[sending].receive();
+        }
+        EXPECT_EQ(look(), "");
+
+        Pipe added;
+        sources.push_back(CFFileDescriptorCreate(added.ends[0], [this] { note("added"); }));
+        CFRunLoopAddFileDescriptor(loop, sources.back(), kCFRunLoopCommonModes);
+        added.send();
+        EXPECT_EQ(look(), "added@0");
+        added.receive();
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(look(), "");
+
+        for (const auto& source : sources) CFFileDescriptorInvalidate(source);
+        pipes[0].closeEnd(0);
+        pollfd writer{pipes[0].ends[1], 0, 0};
+        EXPECT_EQ(poll(&writer, 1, 1000), 1) << "nothing else may hold the closed end";
+        EXPECT_NE(writer.revents & POLLERR, 0);
+    }
+}
+
+TEST_F(CFRunLoopTest, TimersEndTheRest)
+{
+    const Pipe silent;
+    const auto source = CFFileDescriptorCreate(silent.ends[0], [] {});
+    CFRunLoopAddFileDescriptor(loop, source, kCFRunLoopCommonModes);
+    auto* const timer = addTimer("timer", 100.0, 0.0, {});
+    const auto rest = [&] {
+        for (int i = 0; i < 3; ++i) run(0.0);
+        return takeLog();
+    };
+    EXPECT_EQ(rest(), "");
+    CFRunLoopTimerSetNextFireDate(timer, CFAbsoluteTimeGetCurrent() + 1.0);
+    EXPECT_EQ(rest(), "");
+    clock.advance(1.0);
+    EXPECT_EQ(rest(), "timer@1");
+    addTimer("new", 1.0, 0.0);
+    EXPECT_EQ(rest(), "");
+    clock.advance(1.0);
+    EXPECT_EQ(rest(), "new@2");
+    addBlock("block");
+    EXPECT_EQ(rest(), "block@2");
+    std::thread([this] { addBlock("from a thread"); }).join();
+    EXPECT_EQ(rest(), "from a thread@2");
+    CFFileDescriptorInvalidate(source);
 }
 
 TEST_F(CFRunLoopTest, ObserversAreCalledWhereSomethingWasDue)
