@@ -33,7 +33,7 @@ endfunction()
 # library which stands behind its folder, or another header that does, is none of them.
 function(tonaro_headers_of name folder)
   file(GLOB_RECURSE headers RELATIVE ${folder} CONFIGURE_DEPENDS ${folder}/*.h)
-  set(hidden "<(cairo|fontconfig|hb|jpeglib|liburing|pango|plist|png|pugixml|unicode|xcb|xkbcommon)")
+  set(hidden "<(cairo|fontconfig|hb|jpeglib|liburing|pango|pixman|plist|png|pugixml|unicode|xcb|xkbcommon)")
   set(before -1)
   list(LENGTH headers count)
   while(NOT before EQUAL count)

@@ -1,6 +1,5 @@
 #include "AppKit/NSControlDrawing.h"
 
-#include "AppKit/NSRoundedRect.h"
 #include "AppKit/NSStill.h"
 #include "AppKit/NSWindow.h"
 
@@ -17,10 +16,10 @@ void NSFillRounded(CGContextRef context, NSRect rect, CGFloat radius, NSAppearan
 void NSDrawBox(CGContextRef context, NSRect rect, const NSBoxStyle& style)
 {
     const std::array colors{NSAppearanceColor(style.fill), NSAppearanceColor(style.border)};
-    const NSRect inside = NSInsideOfRoundedRect(CGRectInset(rect, 1, 1), std::max(style.radius - 1, 0.0));
-    if (CGRectContainsRect(inside, CGContextGetClipBoundingBox(context))) {
+    const NSRect needed = CGContextGetClipBoundingBox(context);
+    if (CGRectContainsRect(CGRectInset(rect, std::max(style.radius, 1.0), 1), needed)) { // between the corners
         CGContextSetFillColorWithColor(context, colors[0]);
-        return CGContextFillRect(context, rect);
+        return CGContextFillRect(context, needed);
     }
     NSDrawStill(context, rect, {"box", colors, {style.radius}}, [&](CGContextRef on) {
         NSFillRounded(on, rect, style.radius, style.fill);

@@ -86,6 +86,7 @@ NSRect NSSlider::knobRect() const { return CGSquareAround(knobCenterForValue(dou
 
 NSRect NSSlider::valueRect() const
 {
+    if (!sliderCell()) return bounds();
     return CGSquareAround(knobCenterForValue(doubleValue()), NSSliderCell::kKnobReach);
 }
 
@@ -98,8 +99,10 @@ bool NSSlider::changeCellValue(double value)
 {
     if (!cell()) return false;
     const double old = cell()->doubleValue();
-    changeValue([value](NSCell& changed) { changed.setDoubleValue(value); });
+    const NSRect before = valueRect();
+    cell()->setDoubleValue(value);
     if (cell()->doubleValue() == old) return false;
+    setNeedsDisplayInRect(CGRectUnion(before, valueRect()));
     writeBoundValue(cell()->doubleValue());
     return true;
 }

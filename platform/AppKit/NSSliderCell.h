@@ -43,7 +43,8 @@ public:
     void drawWithFrame(NSRect frame, NSView& view) override;
 
     static constexpr CGFloat kShadow = 2; ///< around the knob
-    /// How far from its centre a knob is drawn: it stands on whole pixels, and half of one may be two points.
+    /// How far from its centre a knob is drawn: it stands on whole pixels, and half of one is two points at the least
+    /// scale, a quarter.
     static constexpr CGFloat kKnobReach = NSMetrics::knobRadius + kShadow + 2;
 
 private:

@@ -1,6 +1,5 @@
 #include "AppKit/NSTextField.h"
 
-#include "AppKit/NSRoundedRect.h"
 #include "AppKit/NSWindow.h"
 #include "Foundation/NSClass.h"
 
@@ -79,7 +78,7 @@ void NSTextField::setAlignment(NSTextAlignment alignment)
 
 NSRect NSTextField::opaqueRect() const
 {
-    if (isBordered()) return NSInsideOfRoundedRect(bounds(), NSMetrics::controlCornerRadius);
+    if (isBordered()) return CGRectInset(bounds(), NSMetrics::controlCornerRadius, 0);
     return drawsBackground() ? bounds() : NSRect{};
 }
 

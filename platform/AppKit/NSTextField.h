@@ -62,7 +62,7 @@ public:
     const NSString* refusalText() const { return mBubble ? mBubble->text() : nullptr; }
     NSAppearanceColorName borderColor() const;
 
-    NSRect opaqueRect() const override; ///< all but the frame's line and corners
+    NSRect opaqueRect() const override; ///< all but the corners
     NSRect valueRect() const override;  ///< where text may stand
     bool acceptsFirstResponder() const override { return isEnabled() && isSelectable(); }
     bool canBecomeKeyView() const override { return isEditable() && NSControl::canBecomeKeyView(); }

@@ -32,8 +32,11 @@ public:
     NSTextStyle textStyle() const;
 
     void drawWithFrame(NSRect frame, NSView& view) override;
-    /// Where text may stand: clear of the frame's line and corners, also once it is rounded to pixels.
-    NSRect textRect(NSRect frame) const { return mBordered ? CGRectInset(frame, 3, 3) : frame; }
+    /// Where text may stand: inside of the frame's line, and between its corners.
+    NSRect textRect(NSRect frame) const
+    {
+        return mBordered ? CGRectInset(frame, NSMetrics::controlCornerRadius, 1) : frame;
+    }
 
 private:
     void drawBox(CGContextRef context, NSRect frame, const NSView& view) const;

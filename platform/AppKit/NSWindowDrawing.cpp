@@ -33,6 +33,13 @@ bool Covers(const NSView& view, NSRect dirty)
     return std::any_of(subviews.begin(), subviews.end(), [&](const auto& subview) { return Covers(*subview, part); });
 }
 
+/// Leaving little out takes longer than drawing it.
+bool IsWorthLeavingOut(NSRect rect, const CGAffineTransform& ctm)
+{
+    constexpr CGFloat kFewPixels = 1 << 13;
+    return !CGRectIsEmpty(rect) && rect.size.width * ctm.a * rect.size.height * ctm.d >= kFewPixels;
+}
+
 /// Adds what views inside of `view` fill: rectangles in its coordinates, of whole pixels, within `visible`.
 void CollectCovered(const NSView& view, NSPoint offset, NSRect visible, const CGAffineTransform& ctm,
                     std::vector<NSRect>& covered)
@@ -44,7 +51,7 @@ void CollectCovered(const NSView& view, NSPoint offset, NSRect visible, const CG
         if (const NSRect opaque = subview->opaqueRect(); !CGRectIsEmpty(opaque)) {
             const NSRect filled = CGRectIntersection(CGRectOffset(opaque, origin.x, origin.y), inside);
             const NSRect pixels = WholePixelsInside(filled, ctm);
-            if (!CGRectIsEmpty(pixels)) covered.push_back(pixels); // it may lie within one
+            if (IsWorthLeavingOut(pixels, ctm)) covered.push_back(pixels);
         }
         CollectCovered(*subview, origin, inside, ctm, covered);
     }

@@ -113,7 +113,8 @@ RunLoop::Arrival RunLoop::wait(CFAbsoluteTime until)
 /// Hosts look in dozens of times a second, mostly for nothing: this is all that happens then.
 bool RunLoop::isAtRest() const
 {
-    return mIsQuiet && !mailbox.isAwake() && mWatch->isStillQuiet() && mRestsUntil > CFAbsoluteTimeGetCurrent();
+    if (!mIsQuiet || mailbox.isAwake() || !mWatch->isStillQuiet()) return false;
+    return mRestsUntil == kNever || mRestsUntil > CFAbsoluteTimeGetCurrent();
 }
 
 /// Whether a look at the descriptors would find nothing.

@@ -59,7 +59,7 @@ void CFRunLoopRun();
 /// `returnAfterSourceHandled` it returns after the first turn that called something back (observers don't count).
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, bool returnAfterSourceHandled);
 /// Whether the loop's next turn would do something even without a descriptor: a block, a wake-up or a timer is due.
-/// Asks nothing of the system.
+/// For the calling thread's own loop; asks nothing of the system.
 bool CFRunLoopIsDue(CFRunLoopRef loop);
 /// Ends the innermost run at the end of its turn; where nothing runs, the next run ends after one turn.
 void CFRunLoopStop(CFRunLoopRef loop);

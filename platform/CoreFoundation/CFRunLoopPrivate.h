@@ -81,7 +81,7 @@ public:
     ~RunLoop() override { close(); }
 
     CFRunLoopRunResult run(CFTimeInterval seconds, bool returnAfterSourceHandled);
-    bool isDue() { return mailbox.isAwake() || nextFireTime() <= CFAbsoluteTimeGetCurrent(); }
+    bool isDue() const { return mailbox.isAwake() || nextFireTime() <= CFAbsoluteTimeGetCurrent(); }
     void close(); ///< the thread ends
     void add(RunLoopTimer* timer);
     void add(RunLoopDescriptor* descriptor);

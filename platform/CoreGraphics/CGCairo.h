@@ -109,7 +109,7 @@ inline bool CGIsWhole(CGFloat value) { return std::abs(value - std::round(value)
 bool CGIsOnWholePixels(CGRect pixels);
 
 // Drawing in which no pixel is mixed of two, done without Cairo, which takes long to find that out and needs much of
-// its code for it. Both answer false, and draw nothing, where it is needed.
+// its code for it. Both answer false, and draw nothing, where only Cairo can.
 /// Fills pixels of the device with the fill colour.
 bool CGFillWholePixels(CGContextRef context, CGRect pixels);
 /// Draws the image, a pixel for a pixel, with its top left at `place`.

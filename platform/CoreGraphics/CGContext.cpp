@@ -121,7 +121,7 @@ CGAffineTransform CGContextGetCTM(CGContextRef context)
 
 CGRect CGContextGetClipBoundingBox(CGContextRef context)
 {
-    if (!context) return CGRectNull;
+    if (!context || CGRectIsEmpty(context->state().current.clip)) return CGRectNull;
     const CGAffineTransform& t = context->state().current.ctm;
     const CGRect clip = CGRectOffset(context->state().current.clip, -t.tx, -t.ty);
     const CGFloat area = t.a * t.d - t.b * t.c;

@@ -64,8 +64,8 @@ void CGContextRestoreGState(CGContextRef context); ///< without a saved state: n
 void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty);
 void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy);
 CGAffineTransform CGContextGetCTM(CGContextRef context);
-/// In user space, what drawing can reach: a rectangle around the clip, within the bitmap. CGRectNull for a null context
-/// and where the transformation has no inverse.
+/// In user space, what drawing can reach: a rectangle around the clip, within the bitmap. CGRectNull for a null
+/// context, where the clip leaves nothing, and where the transformation has no inverse.
 CGRect CGContextGetClipBoundingBox(CGContextRef context);
 /// A pattern colour repeats from this point of the device (pixels); the view system puts it at the window's corner.
 void CGContextSetPatternPhase(CGContextRef context, CGSize phase);

@@ -21,12 +21,23 @@ bool isDrawable(const CGAffineTransform& t)
 
 cairo_matrix_t cairoMatrix(const CGAffineTransform& t) { return {t.a, t.b, t.c, t.d, t.tx, t.ty}; }
 
-/// Where a rectangle lies, if it is one on the device too.
+/// Where a rectangle lies, if it is one on the device too; what is far beyond any bitmap is left out.
 std::optional<CGRect> rectOnDevice(const CGAffineTransform& t, CGRect rect)
 {
+    constexpr CGFloat kFar = 1 << 24;
     if (t.b != 0 || t.c != 0) return std::nullopt;
-    return CGRectStandardize(CGRectMake(rect.origin.x * t.a + t.tx, rect.origin.y * t.d + t.ty, rect.size.width * t.a,
-                                        rect.size.height * t.d));
+    const auto [left, right] = std::minmax({std::clamp(CGRectGetMinX(rect) * t.a + t.tx, -kFar, kFar),
+                                            std::clamp(CGRectGetMaxX(rect) * t.a + t.tx, -kFar, kFar)});
+    const auto [top, bottom] = std::minmax({std::clamp(CGRectGetMinY(rect) * t.d + t.ty, -kFar, kFar),
+                                            std::clamp(CGRectGetMaxY(rect) * t.d + t.ty, -kFar, kFar)});
+    return CGRectMake(left, top, right - left, bottom - top);
+}
+
+/// All pixels that a rectangle touches.
+CGRect pixelsAround(CGRect rect)
+{
+    const CGFloat left = std::floor(CGRectGetMinX(rect)), top = std::floor(CGRectGetMinY(rect));
+    return CGRectMake(left, top, std::ceil(CGRectGetMaxX(rect)) - left, std::ceil(CGRectGetMaxY(rect)) - top);
 }
 
 /// Whether each image pixel covers a whole number of device pixels, so that none needs to be mixed.
@@ -206,13 +217,13 @@ void CGContextClipToRect(CGContextRef context, CGRect rect)
     if (pixels && CGRectContainsRect(CGRectInset(*pixels, -kCGSamePlace, -kCGSamePlace), state.clip)) return;
     const bool staysRect = state.clipIsRect && pixels && CGIsOnWholePixels(*pixels);
     clipToElements(context, CGElementsOfRect(state.ctm, rect));
-    if (pixels) state.clip = CGRectIntersection(state.clip, *pixels);
+    if (pixels) state.clip = CGRectIntersection(state.clip, staysRect ? *pixels : pixelsAround(*pixels));
     state.clipIsRect = staysRect;
 }
 
 void CGContextClipToRects(CGContextRef context, std::span<const CGRect> rects)
 {
-    if (rects.size() == 1) return CGContextClipToRect(context, rects.front());
+    if (rects.size() == 1 && CGIsFinite(rects.front())) return CGContextClipToRect(context, rects.front());
     if (context) clipToElements(context, CGElementsOfRects(context->state().current.ctm, rects));
 }
 

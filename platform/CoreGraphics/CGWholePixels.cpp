@@ -40,7 +40,6 @@ public:
     int width() const { return cairo_image_surface_get_width(mSurface); }
     int height() const { return cairo_image_surface_get_height(mSurface); }
     int stride() const { return cairo_image_surface_get_stride(mSurface); }
-    bool isAligned() const { return ::isAligned(pixels(), 0); }
 
 private:
     cairo_surface_t* mSurface;
@@ -68,7 +67,7 @@ bool CGFillWholePixels(CGContextRef context, CGRect pixels)
     const bool isOpaque = color && !color->contents().pattern && color->contents().components[3] == 1;
     if (!laysOver(state) || !isOpaque || !CGIsOnWholePixels(pixels)) return false;
     const Borrowed to(state);
-    if (!to.isAligned()) return false;
+    if (!isAligned(to.pixels(), 0)) return false;
     const CGRect part = CGRectIntersection(pixels, state.current.clip);
     if (CGRectIsEmpty(part)) return true;
     const auto [x, y, width, height] = pixelsOf(part);
@@ -81,7 +80,7 @@ bool CGDrawWholePixels(CGContextRef context, CGImageRef image, CGPoint place)
     const CGImage::Contents& from = image->contents();
     if (!laysOver(state) || !isAligned(from.firstPixel, from.bytesPerRow)) return false;
     const Borrowed to(state);
-    if (!to.isAligned()) return false;
+    if (!isAligned(to.pixels(), 0)) return false;
     const CGSize size{static_cast<CGFloat>(from.width), static_cast<CGFloat>(from.height)};
     const CGRect part = CGRectIntersection({place, size}, state.current.clip);
     if (CGRectIsEmpty(part)) return true;
@@ -95,7 +94,7 @@ bool CGDrawWholePixels(CGContextRef context, CGImageRef image, CGPoint place)
     const auto ground = image32(to.width(), to.height(), to.pixels(), to.stride());
     if (!picture || !ground) return false;
     const auto [x, y, width, height] = pixelsOf(part);
-    const auto [left, top, unused, unusedToo] = pixelsOf({place, size});
+    const int left = static_cast<int>(std::round(place.x)), top = static_cast<int>(std::round(place.y));
     pixman_image_composite32(from.isOpaque ? PIXMAN_OP_SRC : PIXMAN_OP_OVER, picture.get(), nullptr, ground.get(),
                              x - left, y - top, 0, 0, x, y, width, height);
     return true;

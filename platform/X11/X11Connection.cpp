@@ -211,9 +211,14 @@ void X11Connection::takeQueuedEvents()
 
 void X11Connection::readEvents()
 {
-    // one read takes what there is; what comes meanwhile makes the descriptor readable again
-    if (X11Event event{xcb_poll_for_event(get())}) mEvents.push_back(std::move(event));
-    takeQueuedEvents();
+    // a read takes up to 128 events: only where so many came can there be more
+    constexpr std::size_t kManyEvents = 64;
+    std::size_t before = 0;
+    do {
+        before = mEvents.size();
+        if (X11Event event{xcb_poll_for_event(get())}) mEvents.push_back(std::move(event));
+        takeQueuedEvents();
+    } while (mEvents.size() - before >= kManyEvents);
 }
 
 X11Event X11Connection::nextEvent()

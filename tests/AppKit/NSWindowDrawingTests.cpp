@@ -7,6 +7,7 @@
 #include "AppKit/NSSlider.h"
 #include "AppKit/NSTextField.h"
 #include "CoreGraphics/Pixels.h"
+#include "RecordingDisplay.h"
 #include "Support/OffscreenRig.h"
 
 #include <gmock/gmock.h>
@@ -175,6 +176,31 @@ TEST(NSWindowDrawing, AChangedValueLooksAsDrawnAnew)
                 << "after " << step << " changes";
         }
     }
+}
+
+TEST(NSWindowDrawing, OnlyWhatAValueShowsIsPresented)
+{
+    RecordedWindow record;
+    OffscreenRig rig(std::make_unique<RecordingDisplay>(record), {200, 80});
+    const auto presented = [&] {
+        rig.turn();
+        return record.takePresented();
+    };
+    auto* const slider = rig.add(make<NSSlider>(NSRect{{10, 10}, {120, 26}}));
+    auto* const field = rig.add(make<NSTextField>(NSRect{{10, 40}, {60, 24}}));
+    EXPECT_THAT(presented(), Not(IsEmpty()));
+    slider->setDoubleValue(0.1);
+    EXPECT_THAT(presented(), testing::ElementsAre(CGRectMake(10, 10, 34, 26))) << "14 around the way from 20 to 30";
+    field->setDoubleValue(3);
+    EXPECT_THAT(presented(), testing::ElementsAre(CGRectMake(15, 41, 50, 22))) << "within its line and corners";
+
+    rig.press(slider, {20, 13});
+    rig.dragTo(slider, {300, 13});
+    EXPECT_EQ(slider->doubleValue(), 1);
+    presented();
+    rig.dragTo(slider, {400, 13});
+    EXPECT_THAT(presented(), IsEmpty()) << "it can't go farther";
+    rig.release();
 }
 
 } // namespace
