@@ -62,7 +62,7 @@ bool RunLoopWatch::takeReadable()
     {
         ++count;
         for (Watched& watched : mWatched) {
-            if (watched.id != entry->user_data) continue;
+            if (watched.id == kNobody || watched.id != entry->user_data) continue;
             watched.id = kNobody;
             any = true;
         }
@@ -87,6 +87,8 @@ bool RunLoopWatch::submit()
     do {
         answer = io_uring_submit(&mRing);
     } while (answer == -EINTR);
-    if (answer < 0) mWorks = false;
-    return answer >= 0;
+    if (answer >= 0) return true;
+    io_uring_queue_exit(&mRing);
+    mWatched.clear();
+    return mWorks = false;
 }
