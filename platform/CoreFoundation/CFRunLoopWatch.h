@@ -24,7 +24,7 @@ public:
     /// must be polled, and are watched again from the next look on, when they have been read.
     bool isQuiet(std::span<const pollfd> descriptors);
     /// The same once more, of the same descriptors.
-    bool isStillQuiet() const { return io_uring_cq_ready(&mRing) == 0; }
+    bool isStillQuiet() const { return mWorks && io_uring_cq_ready(&mRing) == 0; }
     /// Comes before the descriptor is closed: a watched file would stay open.
     void forget(int descriptor);
 
