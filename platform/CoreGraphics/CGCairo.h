@@ -14,6 +14,8 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <span>
+#include <utility>
 #include <vector>
 
 static_assert(std::endian::native == std::endian::little, "the exchange of red and blue relies on the order of bytes");
@@ -34,6 +36,24 @@ inline CGBlock CGBlockOfBytes(std::size_t size)
 {
     return CGBlock(static_cast<std::uint8_t*>(std::malloc(std::max<std::size_t>(size, 1))));
 }
+/// Memory for many pixels, all 0: pages of their own, so that a window's go back to the system when it closes, however
+/// much was allocated after them.
+class CGPages {
+public:
+    CGPages() = default;
+    explicit CGPages(std::size_t size);
+    CGPages(CGPages&& other) noexcept : mBytes(std::exchange(other.mBytes, {})) {}
+    CGPages& operator=(CGPages&& other) noexcept
+    {
+        std::swap(mBytes, other.mBytes);
+        return *this;
+    }
+    ~CGPages();
+    std::uint8_t* bytes() const { return mBytes.data(); } ///< null where there are none, or they were refused
+
+private:
+    std::span<std::uint8_t> mBytes;
+};
 /// Takes the block over; null for null.
 RetainPtr<CGDataProvider> CGDataProviderCreateWithBlock(CGBlock block, std::size_t size);
 /// Rows of 4 * width; takes the block over; null for null.
@@ -78,6 +98,7 @@ struct CGContext::State {
         CGSize patternPhase;
     };
 
+    CGPages pages; ///< the surface's own pixels, where they are many
     CairoSurface surface;
     CairoContext cairo;
     GState current;

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include <sys/mman.h>
+
 namespace {
 
+constexpr std::size_t kManyBytes = std::size_t{1} << 18;
 constexpr double kFlatness = 0.025; // pixels; Cairo's own 0.1 takes a 170th off a disc of radius 12
 
 /// The transformation that applies `inner` first.
@@ -52,8 +55,25 @@ CGContext::~CGContext() = default;
 RetainPtr<CGContext> CGBitmapContextCreate(std::size_t width, std::size_t height)
 {
     if (!CGIsImageSize(width, height)) return nullptr;
-    return contextOver(CairoSurface(
-        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height))));
+    const std::size_t size = 4 * width * height;
+    if (size < kManyBytes)
+        return contextOver(CairoSurface(
+            cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height))));
+    CGPages pages(size);
+    auto context = CGBitmapContextCreate(pages.bytes(), width, height);
+    if (context) context->state().pages = std::move(pages);
+    return context;
+}
+
+CGPages::CGPages(std::size_t size)
+{
+    void* const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory != MAP_FAILED) mBytes = {static_cast<std::uint8_t*>(memory), size};
+}
+
+CGPages::~CGPages()
+{
+    if (mBytes.data()) munmap(mBytes.data(), mBytes.size());
 }
 
 RetainPtr<CGContext> CGBitmapContextCreate(void* data, std::size_t width, std::size_t height)
