@@ -48,7 +48,7 @@ private:
 /// Cairo's pixel of an opaque colour.
 std::uint32_t pixelOf(const std::array<CGFloat, 4>& rgba)
 {
-    const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(rgba[i] * 65535 + 0.5) >> 8; };
+    const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(std::lround(rgba[i] * 65535)) >> 8; };
     return 0xFF000000U | byte(2) << 16 | byte(1) << 8 | byte(0);
 }
 
