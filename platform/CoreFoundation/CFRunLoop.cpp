@@ -100,7 +100,7 @@ RunLoop::Arrival RunLoop::wait(CFAbsoluteTime until)
     const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
     const bool waits = until > now && !mailbox.isAwake(); // the mailbox' descriptor is there to end a wait
     if (waits) mPolled.push_back({mailbox.descriptor(), POLLIN, 0});
-    mIsQuiet = !waits && isQuiet();
+    mIsQuiet = !waits && !mPolled.empty() && isQuiet();
     const bool any = !mIsQuiet && CFPollUntil(mPolled, waits ? until : now) > 0;
     const bool isSignalled = any && waits && mPolled.back().revents;
     Arrival arrived;
@@ -223,6 +223,7 @@ void RunLoop::remove(RunLoopTimer* timer) { Remove(mTimers, timer); }
 
 void RunLoop::remove(RunLoopDescriptor* descriptor)
 {
+    mIsQuiet = false; // there may be nothing left to wait for
     if (mWatch) mWatch->forget(descriptor->descriptor);
     Remove(mDescriptors, descriptor);
 }
