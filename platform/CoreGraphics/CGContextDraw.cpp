@@ -25,7 +25,7 @@ cairo_matrix_t cairoMatrix(const CGAffineTransform& t) { return {t.a, t.b, t.c, 
 std::optional<CGRect> rectOnDevice(const CGAffineTransform& t, CGRect rect)
 {
     constexpr CGFloat kFar = 1 << 24;
-    if (t.b != 0 || t.c != 0) return std::nullopt;
+    if (t.b != 0 || t.c != 0 || !CGIsFinite(rect)) return std::nullopt;
     const auto [left, right] = std::minmax({std::clamp(CGRectGetMinX(rect) * t.a + t.tx, -kFar, kFar),
                                             std::clamp(CGRectGetMaxX(rect) * t.a + t.tx, -kFar, kFar)});
     const auto [top, bottom] = std::minmax({std::clamp(CGRectGetMinY(rect) * t.d + t.ty, -kFar, kFar),

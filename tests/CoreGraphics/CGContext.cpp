@@ -194,8 +194,9 @@ TEST(CGContext, ClipsToSeveralRectangles)
 TEST(CGContext, FillsARectangleAsAPath)
 {
     // rectangles on pixels, between them and beyond the edge; what clips them; what is filled with
-    static constexpr CGRect kRects[] = {{{2, 1}, {5, 4}},    {{7, 5}, {-5, -4}}, {{2.5, 1}, {5, 4}},
-                                        {{-4, -4}, {40, 9}}, {{9, 9}, {0, 3}},   {{8, 9}, {-1e308, -5}}};
+    static constexpr CGRect kRects[] = {{{2, 1}, {5, 4}},       {{7, 5}, {-5, -4}}, {{2.5, 1}, {5, 4}},
+                                        {{-4, -4}, {40, 9}},    {{9, 9}, {0, 3}},   {{8, 9}, {-1e308, -5}},
+                                        {{0, 0}, {HUGE_VAL, 5}}};
     static constexpr std::array<CGFloat, 4> kColors[] = {
         {1, 1, 1, 1}, {0.1, 0.502, 0.998, 1}, {0.0019, 0.00196, 0.00197, 1}, {0.3, 0.6, 0.9, 0.5}};
     using Prepare = void (*)(CGContextRef);
